@@ -1,0 +1,36 @@
+# The library: the frame, compiled once, and the family files, compiled for each ISA build. The objects are also what
+# the unit tests link, so that they reach the internal seams.
+file(GLOB ZPP_CORE_SOURCES CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} core/*.cpp core/*.S)
+file(GLOB ZPP_FAMILY_SOURCES CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}
+    arith/*.cpp data/*.cpp stats/*.cpp gen/*.cpp filter/*.cpp transform/*.cpp vm/*.cpp)
+
+add_library(zpp_core OBJECT ${ZPP_CORE_SOURCES})
+target_compile_options(zpp_core PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${ZPP_FLAGS_core}>)
+set_source_files_properties(core/stubs.S PROPERTIES
+    INCLUDE_DIRECTORIES ${PROJECT_SOURCE_DIR}/include
+    OBJECT_DEPENDS "${PROJECT_SOURCE_DIR}/include/zpp.h")
+set(ZPP_OBJECT_LIBRARIES zpp_core)
+
+foreach(isa IN LISTS ZPP_ISAS)
+    add_library(zpp_${isa} OBJECT ${ZPP_FAMILY_SOURCES})
+    target_compile_definitions(zpp_${isa} PRIVATE ZPP_ISA=${isa})
+    target_compile_options(zpp_${isa} PRIVATE ${ZPP_FLAGS_${isa}})
+    list(APPEND ZPP_OBJECT_LIBRARIES zpp_${isa})
+endforeach()
+
+add_library(zpp_objects INTERFACE)
+foreach(objects IN LISTS ZPP_OBJECT_LIBRARIES)
+    target_link_libraries(${objects} PRIVATE zpp_options zpp_warnings)
+    target_sources(zpp_objects INTERFACE $<TARGET_OBJECTS:${objects}>)
+endforeach()
+target_include_directories(zpp_objects INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
+
+add_library(zpp SHARED)
+add_library(zpp::zpp ALIAS zpp)
+target_link_libraries(zpp PRIVATE $<BUILD_INTERFACE:zpp_objects> m)
+target_include_directories(zpp INTERFACE
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+# Linked as C: the C++ runtime is not there to be found.
+set_target_properties(zpp PROPERTIES
+    LINKER_LANGUAGE C VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+target_link_options(zpp PRIVATE -Wl,-z,defs -Wl,-z,now -Wl,-z,text -static-libgcc)

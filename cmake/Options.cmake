@@ -1,0 +1,29 @@
+# Compiler options of everything in the tree, and of the library alone.
+
+# -Wpsabi is off: it notes that vectors passed by value depend on the instruction set, and the library passes them
+# only to functions that are inlined.
+add_library(zpp_warnings INTERFACE)
+target_compile_options(zpp_warnings INTERFACE
+    $<$<COMPILE_LANGUAGE:C,CXX>:-Wall -Wextra -Wshadow -Wconversion -Wno-psabi>
+    $<$<AND:$<COMPILE_LANGUAGE:C,CXX>,$<BOOL:${ZPP_WARNINGS_AS_ERRORS}>>:-Werror>)
+
+# The target that the compiler makes code for: the -m flags of a preset decide.
+if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+    set(ZPP_ARCH x86_64)
+else()
+    set(ZPP_ARCH i386)
+endif()
+
+# No exceptions, no run-time type information and no guarded statics: nothing of the C++ runtime is needed.
+# No contraction: a fused multiply-add stands only where a kernel names it, so that all builds agree.
+# No trapping math: the library reads no exception flags, and comparisons may become masks.
+add_library(zpp_options INTERFACE)
+target_compile_options(zpp_options INTERFACE
+    $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>
+    $<$<COMPILE_LANGUAGE:CXX>:-ffp-contract=off -fno-trapping-math -fno-math-errno>
+    $<$<COMPILE_LANGUAGE:CXX>:-fvisibility=hidden -fvisibility-inlines-hidden>)
+if(ZPP_ARCH STREQUAL "i386")
+    # A caller may enter with the stack aligned to 4 bytes. No MMX: its registers are those of the x87 unit.
+    target_compile_options(zpp_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-mstackrealign -mno-mmx>)
+endif()
+target_include_directories(zpp_options INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)

@@ -1,0 +1,28 @@
+// Binding on ELF: a constructor, run by the dynamic loader before any function of the library can be called.
+#include <string.h>
+#include <unistd.h>
+
+#include "core/dispatch.h"
+
+namespace zpp {
+namespace {
+
+void writeLine(const char* text) {
+    // Nothing can be done about a failed write; the process ends either way.
+    if (write(STDERR_FILENO, text, strlen(text)) < 0 || write(STDERR_FILENO, "\n", 1) < 0) return;
+}
+
+// Among the first constructors, so that those of a program linked with the library's objects may call it.
+[[gnu::constructor(101)]] void attach() {
+    // As the dynamic loader ends a process that lacks a symbol.
+    if (!bindLibrary()) _exit(127);
+}
+
+}  // namespace
+
+void reportRefusal() {
+    writeLine(kRefusalCaption);
+    writeLine(kRefusalText);
+}
+
+}  // namespace zpp

@@ -1,0 +1,74 @@
+// Complex numbers as a register of real and one of imaginary parts: of single elements or of vectors. The
+// operators are the elementary formulas with each operation rounded to double, so that every build gives the
+// same bits.
+#pragma once
+
+#include "core/precision.h"
+
+namespace zpp::ZPP_ISA {
+
+template <class V>
+struct Complex {
+    V re, im;
+};
+
+// The second operand may be a single number, the same for all lanes.
+template <class A, class B>
+ZPP_INLINE auto operator+(Complex<A> a, Complex<B> b) {
+    return Complex<decltype(a.re + b.re)>{a.re + b.re, a.im + b.im};
+}
+
+template <class A, class B>
+ZPP_INLINE auto operator-(Complex<A> a, Complex<B> b) {
+    return Complex<decltype(a.re - b.re)>{a.re - b.re, a.im - b.im};
+}
+
+template <class A, class B>
+ZPP_INLINE auto operator*(Complex<A> a, Complex<B> b) {
+    return Complex<decltype(a.re * b.re)>{stored(a.re * b.re) - stored(a.im * b.im),
+                                          stored(a.re * b.im) + stored(a.im * b.re)};
+}
+
+template <class A, class B>
+ZPP_INLINE auto operator*(Complex<A> a, B scale) {
+    return Complex<decltype(a.re * scale)>{a.re * scale, a.im * scale};
+}
+
+// a * conj(b)
+template <class A, class B>
+ZPP_INLINE auto mulConj(Complex<A> a, Complex<B> b) {
+    return Complex<decltype(a.re * b.re)>{stored(a.re * b.re) + stored(a.im * b.im),
+                                          stored(a.im * b.re) - stored(a.re * b.im)};
+}
+
+template <class V>
+ZPP_INLINE V squaredNorm(Complex<V> a) {
+    return stored(stored(a.im * a.im) + stored(a.re * a.re));
+}
+
+// N complex numbers from memory: one de-interleaving load. Their order in the registers is that of evenLanes.
+template <int N>
+ZPP_INLINE Complex<Vec<double, N>> loadComplex(const double* p) {
+    using V = Vec<double, N>;
+    const V a = load<V>(p);
+    const V b = load<V>(p + N);
+    if constexpr (N == 1)
+        return {a, b};
+    else
+        return {evenLanes(a, b), oddLanes(a, b)};
+}
+
+// The inverse of loadComplex.
+template <class V>
+ZPP_INLINE void storeComplex(double* p, Complex<V> v) {
+    constexpr int n = sizeof(V) / sizeof(double);
+    if constexpr (n == 1) {
+        store(p, v.re);
+        store(p + 1, v.im);
+    } else {
+        store(p, evenLanes(v.re, v.im));
+        store(p + n, oddLanes(v.re, v.im));
+    }
+}
+
+}  // namespace zpp::ZPP_ISA

@@ -1,0 +1,72 @@
+// Element loops: they take the operation as a generic callable, which is applied to registers of several
+// elements and, for what is too short for one, to single elements.
+#pragma once
+
+#include "core/complex.h"
+
+namespace zpp::ZPP_ISA {
+
+// How an element type is held in registers. kStep elements fill a register (two, for complex numbers).
+template <class T>
+inline constexpr int kStep = kLanes<T>;
+template <>
+inline constexpr int kStep<Zpp64fc> = kLanes<double>;
+
+template <int N, class T>
+ZPP_INLINE auto loadElements(const T* p) {
+    if constexpr (std::is_same_v<T, Zpp64fc>)
+        return loadComplex<N>(&p->re);
+    else
+        return load<Vec<T, N>>(p);
+}
+
+template <class T, class V>
+ZPP_INLINE void storeElements(T* p, V v) {
+    if constexpr (std::is_same_v<T, Zpp64fc>)
+        storeComplex(&p->re, v);
+    else
+        store(p, v);
+}
+
+// One element as an operand for registers of them.
+ZPP_INLINE double inRegister(double val) { return val; }
+ZPP_INLINE Complex<double> inRegister(Zpp64fc val) { return {val.re, val.im}; }
+
+template <int N>
+using Lanes = std::integral_constant<int, N>;
+
+// Covers the elements 0 .. len-1 by steps of N: put(lanes, i, compute(lanes, i)) for the `lanes` elements
+// from i on, with lanes = N, or 1 when len < N.
+//
+// The first and the last step may share elements with their neighbours, so that the steps between begin where
+// `dst` is aligned and no element is left over. Their values are computed before anything is put and put
+// after all else, which makes this right in place as well.
+template <int N, class Compute, class Put>
+ZPP_INLINE void forEachStep(size_t len, const void* dst, size_t elementSize, Compute compute, Put put) {
+    const DoublePrecision precision;
+    if constexpr (N > 1) {
+        constexpr Lanes<N> lanes;
+        if (len >= N) {
+            const auto first = compute(lanes, 0);
+            const auto last = compute(lanes, len - N);
+            size_t i = N - reinterpret_cast<uintptr_t>(dst) / elementSize % N;
+#pragma GCC unroll 2
+            for (; i + N < len; i += N) put(lanes, i, compute(lanes, i));
+            put(lanes, 0, first);
+            put(lanes, len - N, last);
+            return;
+        }
+    }
+    for (size_t i = 0; i < len; ++i) put(Lanes<1>{}, i, compute(Lanes<1>{}, i));
+}
+
+// dst[i] = op(src[i]...) for i = 0 .. len-1.
+template <class Op, class D, class... S>
+ZPP_INLINE void map(D* dst, size_t len, Op op, const S*... src) {
+    forEachStep<kStep<D>>(
+        len, dst, sizeof(D),
+        [=](auto lanes, size_t i) { return op(loadElements<decltype(lanes)::value>(src + i)...); },
+        [=](auto, size_t i, auto v) { storeElements(dst + i, v); });
+}
+
+}  // namespace zpp::ZPP_ISA

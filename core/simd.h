@@ -1,0 +1,172 @@
+// The SIMD vocabulary: vectors of the width of the ISA build, and the few operations that the vector
+// extensions of GCC and clang lack. Arithmetic and comparison are the extensions' own (+ - * / & | < ...),
+// and a vector of one lane is the plain type, so a kernel written once also runs on single elements and in
+// the builds without vectors.
+//
+// This header and core/precision.h are the only places that ask which instructions there are.
+#pragma once
+
+#include <type_traits>
+
+#include "core/isa.h"
+
+#ifdef __SSE__
+#include <immintrin.h>
+#endif
+
+#define ZPP_INLINE [[gnu::always_inline]] inline
+
+namespace zpp::ZPP_ISA {
+
+#if defined(__AVX512F__)
+inline constexpr int kVectorBytes = 64;
+#elif defined(__AVX2__)
+inline constexpr int kVectorBytes = 32;
+#elif defined(__SSE2__)
+inline constexpr int kVectorBytes = 16;
+#else
+inline constexpr int kVectorBytes = 0;  // x87, and sse, which has no vectors of doubles or integers
+#endif
+
+// Lanes of a full vector of T.
+template <class T>
+inline constexpr int kLanes = kVectorBytes == 0 ? 1 : kVectorBytes / static_cast<int>(sizeof(T));
+
+template <class T, int N>
+struct VectorOf {
+    typedef T Type __attribute__((vector_size(sizeof(T) * N)));
+};
+template <class T>
+struct VectorOf<T, 1> {
+    using Type = T;
+};
+
+template <class T, int N = kLanes<T>>
+using Vec = typename VectorOf<T, N>::Type;
+
+template <class V, class T>
+ZPP_INLINE V load(const T* p) {
+    V v;
+    __builtin_memcpy(&v, p, sizeof v);
+    return v;
+}
+
+template <class V, class T>
+ZPP_INLINE void store(T* p, V v) {
+    __builtin_memcpy(p, &v, sizeof v);
+}
+
+// Every lane = x.
+template <class V, class T>
+ZPP_INLINE V broadcast(T x) {
+    return x - V{};  // and not x + V{}, which would lose the sign of -0
+}
+
+// The bits of v as another type of the same size.
+template <class To, class V>
+ZPP_INLINE To bitCast(V v) {
+    static_assert(sizeof(To) == sizeof(V));
+    return __builtin_bit_cast(To, v);
+}
+
+// Lane by lane a where the comparison held, b elsewhere.
+template <class M, class V>
+ZPP_INLINE V select(M condition, V a, V b) {
+    return condition ? a : b;
+}
+
+// b where the comparison is unordered.
+template <class V>
+ZPP_INLINE V min(V a, V b) {
+    return a < b ? a : b;
+}
+template <class V>
+ZPP_INLINE V max(V a, V b) {
+    return a > b ? a : b;
+}
+
+// Whether a comparison held in any lane.
+template <class M>
+ZPP_INLINE bool any(M condition) {
+    if constexpr (std::is_arithmetic_v<M>) return condition;
+#ifdef __AVX512F__
+    else if constexpr (sizeof(M) == 64)
+        return _mm512_test_epi64_mask(bitCast<__m512i>(condition), bitCast<__m512i>(condition)) != 0;
+#endif
+#ifdef __AVX2__
+    else if constexpr (sizeof(M) == 32)
+        return _mm256_movemask_epi8(bitCast<__m256i>(condition)) != 0;
+#endif
+#ifdef __SSE2__
+    else
+        return _mm_movemask_epi8(bitCast<__m128i>(condition)) != 0;
+#endif
+}
+
+// a * b + c, fused where the build has it: only for results that are promised to a bound, not to the bit.
+template <class V>
+ZPP_INLINE V mulAdd(V a, V b, V c) {
+#ifdef __FMA__
+    if constexpr (std::is_same_v<V, double>)
+        return __builtin_fma(a, b, c);
+    else if constexpr (sizeof(V) == 16)
+        return _mm_fmadd_pd(a, b, c);
+    else if constexpr (sizeof(V) == 32)
+        return _mm256_fmadd_pd(a, b, c);
+#ifdef __AVX512F__
+    else
+        return _mm512_fmadd_pd(a, b, c);
+#endif
+#else
+    return a * b + c;
+#endif
+}
+
+// c - a * b, fused as mulAdd.
+template <class V>
+ZPP_INLINE V mulSubFrom(V a, V b, V c) {
+    return mulAdd(-a, b, c);
+}
+
+// Lanes of the concatenation of a and b, chosen by index.
+template <int... I, class V>
+ZPP_INLINE V shuffle(V a, V b) {
+    return __builtin_shufflevector(a, b, I...);
+}
+
+// The even and the odd lanes of two vectors of doubles, taken from a and b in turn: a0 b0 a2 b2 ... and
+// a1 b1 a3 b3 .... Applied to two vectors of (re, im) pairs they give a vector of re and one of im, in an
+// order that applying them again undoes.
+template <class V>
+ZPP_INLINE V evenLanes(V a, V b) {
+    if constexpr (sizeof(V) == 64)
+        return shuffle<0, 8, 2, 10, 4, 12, 6, 14>(a, b);
+    else if constexpr (sizeof(V) == 32)
+        return shuffle<0, 4, 2, 6>(a, b);
+    else
+        return shuffle<0, 2>(a, b);
+}
+template <class V>
+ZPP_INLINE V oddLanes(V a, V b) {
+    if constexpr (sizeof(V) == 64)
+        return shuffle<1, 9, 3, 11, 5, 13, 7, 15>(a, b);
+    else if constexpr (sizeof(V) == 32)
+        return shuffle<1, 5, 3, 7>(a, b);
+    else
+        return shuffle<1, 3>(a, b);
+}
+
+// The lanes of a vector of 64-bit elements in reverse order.
+template <class V>
+ZPP_INLINE V reverseLanes(V v) {
+    if constexpr (sizeof(V) == 64)
+        return shuffle<7, 6, 5, 4, 3, 2, 1, 0>(v, v);
+    else if constexpr (sizeof(V) == 32)
+        return shuffle<3, 2, 1, 0>(v, v);
+    else if constexpr (sizeof(V) == 16)
+        return shuffle<1, 0>(v, v);
+    else
+        return v;
+}
+
+}  // namespace zpp::ZPP_ISA

@@ -1,0 +1,97 @@
+// Initialisation and movement. Elements of the same size are one operation on their bytes; floating elements
+// are never loaded as such, since the x87 unit would change a signalling NaN on the way.
+#include "core/move.h"
+
+#include "core/checks.h"
+#include "core/loops.h"
+
+namespace zpp::ZPP_ISA {
+namespace {
+
+template <class T>
+inline ZppStatus copy(const T* pSrc, T* pDst, int len) {
+    if (const ZppStatus error = checkVectors(len, pSrc, pDst)) return error;
+    copyElements(pSrc, pDst, static_cast<size_t>(len));
+    return zppStatusOk;
+}
+
+template <class T>
+inline ZppStatus move(const T* pSrc, T* pDst, int len) {
+    if (const ZppStatus error = checkVectors(len, pSrc, pDst)) return error;
+    if (pSrc != pDst) memmove(pDst, pSrc, static_cast<size_t>(len) * sizeof(T));
+    return zppStatusOk;
+}
+
+template <class T>
+inline ZppStatus set(T val, T* pDst, int len) {
+    if (const ZppStatus error = checkVectors(len, pDst)) return error;
+    fillElements(val, pDst, static_cast<size_t>(len));
+    return zppStatusOk;
+}
+
+template <class T>
+inline ZppStatus zero(T* pDst, int len) {
+    if (const ZppStatus error = checkVectors(len, pDst)) return error;
+    zeroElements(pDst, static_cast<size_t>(len));
+    return zppStatusOk;
+}
+
+// Exchanges two blocks of N elements and the order within them.
+template <int N>
+ZPP_INLINE void swapReversed(Zpp64f* a, Zpp64f* b) {
+    using V = Vec<uint64_t, N>;
+    const V fromA = load<V>(a);
+    store(a, reverseLanes(load<V>(b)));
+    store(b, reverseLanes(fromA));
+}
+
+}  // namespace
+
+ZppStatus zppsCopy_8u(const Zpp8u* pSrc, Zpp8u* pDst, int len) { return copy(pSrc, pDst, len); }
+ZppStatus zppsCopy_16s(const Zpp16s* pSrc, Zpp16s* pDst, int len) { return copy(pSrc, pDst, len); }
+ZppStatus zppsCopy_16sc(const Zpp16sc* pSrc, Zpp16sc* pDst, int len) { return copy(pSrc, pDst, len); }
+ZppStatus zppsCopy_32f(const Zpp32f* pSrc, Zpp32f* pDst, int len) { return copy(pSrc, pDst, len); }
+ZppStatus zppsCopy_32fc(const Zpp32fc* pSrc, Zpp32fc* pDst, int len) { return copy(pSrc, pDst, len); }
+ZppStatus zppsCopy_64f(const Zpp64f* pSrc, Zpp64f* pDst, int len) { return copy(pSrc, pDst, len); }
+ZppStatus zppsCopy_64fc(const Zpp64fc* pSrc, Zpp64fc* pDst, int len) { return copy(pSrc, pDst, len); }
+
+ZppStatus zppsMove_8u(const Zpp8u* pSrc, Zpp8u* pDst, int len) { return move(pSrc, pDst, len); }
+ZppStatus zppsMove_16s(const Zpp16s* pSrc, Zpp16s* pDst, int len) { return move(pSrc, pDst, len); }
+ZppStatus zppsMove_16sc(const Zpp16sc* pSrc, Zpp16sc* pDst, int len) { return move(pSrc, pDst, len); }
+ZppStatus zppsMove_32f(const Zpp32f* pSrc, Zpp32f* pDst, int len) { return move(pSrc, pDst, len); }
+ZppStatus zppsMove_32fc(const Zpp32fc* pSrc, Zpp32fc* pDst, int len) { return move(pSrc, pDst, len); }
+ZppStatus zppsMove_64f(const Zpp64f* pSrc, Zpp64f* pDst, int len) { return move(pSrc, pDst, len); }
+ZppStatus zppsMove_64fc(const Zpp64fc* pSrc, Zpp64fc* pDst, int len) { return move(pSrc, pDst, len); }
+
+ZppStatus zppsSet_32s(Zpp32s val, Zpp32s* pDst, int len) { return set(val, pDst, len); }
+ZppStatus zppsSet_32sc(Zpp32sc val, Zpp32sc* pDst, int len) { return set(val, pDst, len); }
+ZppStatus zppsSet_64f(Zpp64f val, Zpp64f* pDst, int len) { return set(val, pDst, len); }
+ZppStatus zppsSet_64fc(Zpp64fc val, Zpp64fc* pDst, int len) { return set(val, pDst, len); }
+
+ZppStatus zppsZero_64f(Zpp64f* pDst, int len) { return zero(pDst, len); }
+ZppStatus zppsZero_64fc(Zpp64fc* pDst, int len) { return zero(pDst, len); }
+
+ZppStatus zppsFlip_64f(const Zpp64f* pSrc, Zpp64f* pDst, int len) {
+    if (const ZppStatus error = checkVectors(len, pSrc, pDst)) return error;
+    const size_t count = static_cast<size_t>(len);
+    forEachStep<kLanes<uint64_t>>(
+        count, pDst, sizeof(Zpp64f),
+        [=](auto lanes, size_t i) {
+            constexpr size_t n = decltype(lanes)::value;
+            return reverseLanes(load<Vec<uint64_t, n>>(pSrc + (count - n - i)));
+        },
+        [=](auto, size_t i, auto v) { store(pDst + i, v); });
+    return zppStatusOk;
+}
+
+ZppStatus zppsFlip_64f_I(Zpp64f* pSrcDst, int len) {
+    if (const ZppStatus error = checkVectors(len, pSrcDst)) return error;
+    constexpr ptrdiff_t n = kLanes<uint64_t>;
+    Zpp64f* low = pSrcDst;
+    Zpp64f* high = pSrcDst + len;
+    for (; high - low >= 2 * n; low += n, high -= n) swapReversed<n>(low, high - n);
+    for (; high - low >= 2; ++low, --high) swapReversed<1>(low, high - 1);
+    return zppStatusOk;
+}
+
+}  // namespace zpp::ZPP_ISA

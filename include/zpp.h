@@ -1,0 +1,14 @@
+/* libzpp: signal processing and vector mathematics for x86. This header includes the whole library.
+ *
+ * Every function returns a ZppStatus unless its text says otherwise: 0 is success; a negative code is an
+ * error, found before anything was written; a positive code is a warning, returned after all output was
+ * written. Vectors belong to the caller and are never kept. Lengths count elements. Unless a text says
+ * otherwise, a destination is either the same array as a source or does not overlap it, and a function may be
+ * called from any number of threads on different destinations.
+ */
+#include "zpp/core.h"
+/* The order of these headers is the order of the Dispatch table. */
+#include "zpp/arith.h"
+#include "zpp/data.h"
+#include "zpp/filter.h"
+#include "zpp/transform.h"

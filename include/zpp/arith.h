@@ -1,0 +1,85 @@
+/* Elementwise vector arithmetic. */
+#if !defined(ZPP_ARITH_H) || defined(ZPP_LIST)
+#define ZPP_ARITH_H
+#include "export.h"
+
+/* Floating-point arithmetic
+ *
+ * All vectors hold len elements. A destination may be the same array as a source, but not overlap one in
+ * part. Real results are the correctly rounded IEEE doubles; complex ones come from the formulas below, each
+ * operation rounded to double. (On a processor without SSE2, results below 2.3e-308 may be rounded twice.)
+ *
+ * Returned, in this order of checks: -8 for a null pointer; -6 for len <= 0. zppsDivC differs, see there.
+ * Note the operand order of Sub and Div: the second source is the minuend and the dividend. */
+
+/* pDst[i] = pSrc1[i] + pSrc2[i]; in place: pSrcDst[i] = pSrcDst[i] + pSrc[i]. */
+ZPP_EXPORT(ZppStatus, zppsAdd_64f, (const Zpp64f* pSrc1, const Zpp64f* pSrc2, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsAdd_64f_I, (const Zpp64f* pSrc, Zpp64f* pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsAdd_64fc, (const Zpp64fc* pSrc1, const Zpp64fc* pSrc2, Zpp64fc* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsAdd_64fc_I, (const Zpp64fc* pSrc, Zpp64fc* pSrcDst, int len))
+
+/* pDst[i] = pSrc2[i] - pSrc1[i]; in place: pSrcDst[i] = pSrcDst[i] - pSrc[i]. */
+ZPP_EXPORT(ZppStatus, zppsSub_64f, (const Zpp64f* pSrc1, const Zpp64f* pSrc2, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsSub_64f_I, (const Zpp64f* pSrc, Zpp64f* pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsSub_64fc, (const Zpp64fc* pSrc1, const Zpp64fc* pSrc2, Zpp64fc* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsSub_64fc_I, (const Zpp64fc* pSrc, Zpp64fc* pSrcDst, int len))
+
+/* pDst[i] = pSrc1[i] * pSrc2[i]; in place: pSrcDst[i] = pSrcDst[i] * pSrc[i].
+ * Complex, with a and b the factors in this order: (a.re b.re - a.im b.im, a.re b.im + a.im b.re). */
+ZPP_EXPORT(ZppStatus, zppsMul_64f, (const Zpp64f* pSrc1, const Zpp64f* pSrc2, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsMul_64f_I, (const Zpp64f* pSrc, Zpp64f* pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsMul_64fc, (const Zpp64fc* pSrc1, const Zpp64fc* pSrc2, Zpp64fc* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsMul_64fc_I, (const Zpp64fc* pSrc, Zpp64fc* pSrcDst, int len))
+
+/* pDst[i] = pSrc2[i] / pSrc1[i]; in place: pSrcDst[i] = pSrcDst[i] / pSrc[i].
+ * Complex, with a the dividend, b the divisor and D = b.im b.im + b.re b.re:
+ * ((a.re b.re + a.im b.im) * (1 / D), (a.im b.re - a.re b.im) * (1 / D)).
+ * A divisor (complex: D) that is zero or NaN gives, by the sign of the dividend (complex: of each part),
+ * +Inf, -Inf, or for zero and NaN the quiet NaN 0xFFF8000000000000, and warning 6 at the end. */
+ZPP_EXPORT(ZppStatus, zppsDiv_64f, (const Zpp64f* pSrc1, const Zpp64f* pSrc2, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsDiv_64f_I, (const Zpp64f* pSrc, Zpp64f* pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsDiv_64fc, (const Zpp64fc* pSrc1, const Zpp64fc* pSrc2, Zpp64fc* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsDiv_64fc_I, (const Zpp64fc* pSrc, Zpp64fc* pSrcDst, int len))
+
+/* pDst[i] = pSrc[i] + val. Real, with val zero or NaN: the source is copied unchanged, in place nothing is
+ * written. */
+ZPP_EXPORT(ZppStatus, zppsAddC_64f, (const Zpp64f* pSrc, Zpp64f val, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsAddC_64f_I, (Zpp64f val, Zpp64f* pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsAddC_64fc, (const Zpp64fc* pSrc, Zpp64fc val, Zpp64fc* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsAddC_64fc_I, (Zpp64fc val, Zpp64fc* pSrcDst, int len))
+
+/* pDst[i] = pSrc[i] - val, with the shortcut of zppsAddC. */
+ZPP_EXPORT(ZppStatus, zppsSubC_64f, (const Zpp64f* pSrc, Zpp64f val, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsSubC_64f_I, (Zpp64f val, Zpp64f* pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsSubC_64fc, (const Zpp64fc* pSrc, Zpp64fc val, Zpp64fc* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsSubC_64fc_I, (Zpp64fc val, Zpp64fc* pSrcDst, int len))
+
+/* pDst[i] = val - pSrc[i]. */
+ZPP_EXPORT(ZppStatus, zppsSubCRev_64f, (const Zpp64f* pSrc, Zpp64f val, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsSubCRev_64f_I, (Zpp64f val, Zpp64f* pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsSubCRev_64fc, (const Zpp64fc* pSrc, Zpp64fc val, Zpp64fc* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsSubCRev_64fc_I, (Zpp64fc val, Zpp64fc* pSrcDst, int len))
+
+/* pDst[i] = pSrc[i] * val. Real, with val one or NaN: the source is copied unchanged, in place nothing is
+ * written; with val zero: the destination is filled with +0, also where the source holds Inf or NaN. */
+ZPP_EXPORT(ZppStatus, zppsMulC_64f, (const Zpp64f* pSrc, Zpp64f val, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsMulC_64f_I, (Zpp64f val, Zpp64f* pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsMulC_64fc, (const Zpp64fc* pSrc, Zpp64fc val, Zpp64fc* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsMulC_64fc_I, (Zpp64fc val, Zpp64fc* pSrcDst, int len))
+
+/* Real: pDst[i] = pSrc[i] * (1 / val), computed by zppsMulC with 1 / val; it may differ in the last bit from
+ * pSrc[i] / val. Complex: the formula of zppsDiv with b = val.
+ * Returned, real: -10 for val zero or NaN, before anything else; then as zppsMulC.
+ * Returned, complex: -8; -6; then -10 for a val of which each part is zero or NaN. */
+ZPP_EXPORT(ZppStatus, zppsDivC_64f, (const Zpp64f* pSrc, Zpp64f val, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsDivC_64f_I, (Zpp64f val, Zpp64f* pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsDivC_64fc, (const Zpp64fc* pSrc, Zpp64fc val, Zpp64fc* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsDivC_64fc_I, (Zpp64fc val, Zpp64fc* pSrcDst, int len))
+
+/* pSrcDst[i] = pSrcDst[i] + pSrc1[i] * pSrc2[i], the product rounded before the sum. */
+ZPP_EXPORT(ZppStatus, zppsAddProduct_64f,
+           (const Zpp64f* pSrc1, const Zpp64f* pSrc2, Zpp64f* pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsAddProduct_64fc,
+           (const Zpp64fc* pSrc1, const Zpp64fc* pSrc2, Zpp64fc* pSrcDst, int len))
+
+#endif
