@@ -16,17 +16,19 @@ inline void zeroElements(T* dst, size_t len) {
     memset(static_cast<void*>(dst), 0, len * sizeof(T));
 }
 
-// Every element = val, by its bytes: as vectors that hold val as often as they can.
+// Every element = val, by its bytes: as vectors that hold val as often as they can. The value comes by
+// reference, and its copies are integers, so that it never passes through a floating register, where x87
+// would quieten a NaN.
 template <class T>
-inline void fillElements(T val, T* dst, size_t len) {
-    constexpr int n = kVectorBytes / sizeof(T) > 1 ? kVectorBytes / sizeof(T) : 1;
-    struct Pattern {
-        T elements[n];
-    } pattern;
-    for (T& element : pattern.elements) memcpy(&element, &val, sizeof val);
+inline void fillElements(const T& val, T* dst, size_t len) {
+    constexpr int words = sizeof(T) / sizeof(uint32_t);
+    constexpr int n = kLanes < uint32_t >> words ? kLanes<uint32_t> / words : 1;
+    uint32_t pattern[n * words];
+    for (int i = 0; i < n; ++i) memcpy(pattern + i * words, &val, sizeof val);
     forEachStep<n>(
-        len, dst, sizeof(T), [](auto, size_t) { return 0; },
-        [&](auto lanes, size_t i, int) { memcpy(dst + i, &pattern, decltype(lanes)::value * sizeof(T)); });
+        len, dst, sizeof(T),
+        [&](auto lanes, size_t) { return load<Vec<uint32_t, decltype(lanes)::value * words>>(pattern); },
+        [=](auto, size_t i, auto v) { store(dst + i, v); });
 }
 
 }  // namespace zpp::ZPP_ISA

@@ -23,7 +23,7 @@ inline ZppStatus move(const T* pSrc, T* pDst, int len) {
 }
 
 template <class T>
-inline ZppStatus set(T val, T* pDst, int len) {
+inline ZppStatus set(const T& val, T* pDst, int len) {
     if (const ZppStatus error = checkVectors(len, pDst)) return error;
     fillElements(val, pDst, static_cast<size_t>(len));
     return zppStatusOk;
