@@ -10,7 +10,7 @@ constexpr auto add = [](auto a, auto b) { return a + b; };
 constexpr auto subtract = [](auto a, auto b) { return a - b; };
 constexpr auto subtractFrom = [](auto a, auto b) { return b - a; };
 constexpr auto multiply = [](auto a, auto b) { return a * b; };
-constexpr auto addProduct = [](auto a, auto b, auto sum) { return sum + a * b; };
+constexpr auto addProduct = [](auto a, auto b, auto sum) { return sum + stored(a * b); };
 
 // dst[i] = op(src[i]...) behind the usual checks.
 template <class Op, class T, class... S>

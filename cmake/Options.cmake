@@ -16,11 +16,14 @@ endif()
 
 # No exceptions, no run-time type information and no guarded statics: nothing of the C++ runtime is needed.
 # No contraction: a fused multiply-add stands only where a kernel names it, so that all builds agree.
+# No automatic vectors: the kernels are written in vectors, and GCC 12 turns pairs of a product and a sum into fused
+# vfmaddsub even without contraction.
 # No trapping math: the library reads no exception flags, and comparisons may become masks.
 add_library(zpp_options INTERFACE)
 target_compile_options(zpp_options INTERFACE
     $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>
     $<$<COMPILE_LANGUAGE:CXX>:-ffp-contract=off -fno-trapping-math -fno-math-errno>
+    $<$<COMPILE_LANGUAGE:CXX>:-fno-tree-vectorize -fno-tree-slp-vectorize>
     $<$<COMPILE_LANGUAGE:CXX>:-fvisibility=hidden -fvisibility-inlines-hidden>)
 if(ZPP_ARCH STREQUAL "i386")
     # A caller may enter with the stack aligned to 4 bytes. No MMX: its registers are those of the x87 unit.

@@ -12,6 +12,11 @@ struct Complex {
     V re, im;
 };
 
+template <class V>
+ZPP_INLINE Complex<V> stored(Complex<V> v) {
+    return {stored(v.re), stored(v.im)};
+}
+
 // The second operand may be a single number, the same for all lanes.
 template <class A, class B>
 ZPP_INLINE auto operator+(Complex<A> a, Complex<B> b) {
@@ -25,8 +30,8 @@ ZPP_INLINE auto operator-(Complex<A> a, Complex<B> b) {
 
 template <class A, class B>
 ZPP_INLINE auto operator*(Complex<A> a, Complex<B> b) {
-    return Complex<decltype(a.re * b.re)>{stored(a.re * b.re) - stored(a.im * b.im),
-                                          stored(a.re * b.im) + stored(a.im * b.re)};
+    return Complex<decltype(a.re * b.re)>{stored(stored(a.re * b.re) - stored(a.im * b.im)),
+                                          stored(stored(a.re * b.im) + stored(a.im * b.re))};
 }
 
 template <class A, class B>
@@ -37,8 +42,8 @@ ZPP_INLINE auto operator*(Complex<A> a, B scale) {
 // a * conj(b)
 template <class A, class B>
 ZPP_INLINE auto mulConj(Complex<A> a, Complex<B> b) {
-    return Complex<decltype(a.re * b.re)>{stored(a.re * b.re) + stored(a.im * b.im),
-                                          stored(a.im * b.re) - stored(a.re * b.im)};
+    return Complex<decltype(a.re * b.re)>{stored(stored(a.re * b.re) + stored(a.im * b.im)),
+                                          stored(stored(a.im * b.re) - stored(a.re * b.im))};
 }
 
 template <class V>

@@ -1,0 +1,290 @@
+#include <cfloat>
+#include <cmath>
+#include <limits>
+
+#include "tests/support/binding.h"
+#include "tests/support/compare.h"
+#include "tests/support/guarded.h"
+#include "tests/support/random.h"
+
+namespace zpp::test {
+namespace {
+
+constexpr double kInf = std::numeric_limits<double>::infinity();
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+
+class Floating : public BoundTest {
+  protected:
+    // Equal to the bit, all NaNs being one; but the builds that compute with the x87 unit may round a
+    // subnormal result twice.
+    testing::AssertionResult same(double expected, double actual) const {
+        if (std::isnan(expected) && std::isnan(actual)) return testing::AssertionSuccess();
+        const auto e = std::bit_cast<std::int64_t>(expected);
+        const auto a = std::bit_cast<std::int64_t>(actual);
+        const bool twice = GetParam().isa < kSse2Isa && std::fabs(expected) < DBL_MIN;
+        if (e == a || (twice && std::abs(e - a) <= 1)) return testing::AssertionSuccess();
+        return testing::AssertionFailure() << std::hexfloat << actual << ", expected " << expected;
+    }
+    testing::AssertionResult same(Zpp64fc expected, Zpp64fc actual) const {
+        const auto re = same(expected.re, actual.re);
+        return re ? same(expected.im, actual.im) : re;
+    }
+    template <class T>
+    void expectSame(const std::vector<T>& expected, const Guarded<T>& actual, const char* what) const {
+        for (std::size_t i = 0; i < expected.size(); ++i)
+            ASSERT_TRUE(same(expected[i], actual.data()[i]))
+                << what << ", element " << i << " of " << expected.size();
+        ASSERT_TRUE(actual.intact()) << what;
+    }
+};
+ZPP_FOR_ALL_BINDINGS(Floating);
+
+// One number in four is special. Tiny ones are powers of two.
+double drawNumber(Random& random) {
+    constexpr double kSpecial[] = {0.0, -0.0,    kInf,     -kInf,   kNan,     1,
+                                   -1,  DBL_MAX, -DBL_MAX, DBL_MIN, 0x1p-1074};
+    return random.below(4) == 0 ? kSpecial[random.below(std::size(kSpecial))] : random.uniform(-4, 4);
+}
+void draw(Random& random, double& x) { x = drawNumber(random); }
+void draw(Random& random, Zpp64fc& x) { x = {drawNumber(random), drawNumber(random)}; }
+
+template <class T>
+std::vector<T> drawVector(Random& random, int len) {
+    std::vector<T> values(static_cast<std::size_t>(len));
+    for (T& x : values) draw(random, x);
+    return values;
+}
+
+double signedInfinity(double a) { return a > 0 ? kInf : a < 0 ? -kInf : kNan; }
+
+double add(double a, double b) { return a + b; }
+double subtract(double a, double b) { return b - a; }
+double multiply(double a, double b) { return a * b; }
+double divide(double a, double b) { return a == 0 || std::isnan(a) ? signedInfinity(b) : b / a; }
+
+Zpp64fc add(Zpp64fc a, Zpp64fc b) { return {a.re + b.re, a.im + b.im}; }
+Zpp64fc subtract(Zpp64fc a, Zpp64fc b) { return {b.re - a.re, b.im - a.im}; }
+Zpp64fc multiply(Zpp64fc a, Zpp64fc b) { return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re}; }
+Zpp64fc divide(Zpp64fc b, Zpp64fc a) {
+    const double norm = b.im * b.im + b.re * b.re;
+    if (norm == 0 || std::isnan(norm)) return {signedInfinity(a.re), signedInfinity(a.im)};
+    const double inverse = 1 / norm;
+    return {(a.re * b.re + a.im * b.im) * inverse, (a.im * b.re - a.re * b.im) * inverse};
+}
+double multiplyC(double x, double v) { return v == 1 || std::isnan(v) ? x : v == 0 ? 0.0 : x * v; }
+
+template <class T>
+struct Binary {
+    const char* name;
+    ZppStatus (*call)(const T*, const T*, T*, int);
+    ZppStatus (*inPlace)(const T*, T*, int);
+    T (*expected)(T, T);
+    bool divides = false;
+};
+
+template <class T>
+const Binary<T> kBinary[] = {};
+template <>
+const Binary<double> kBinary<double>[] = {
+    {"Add_64f", zppsAdd_64f, zppsAdd_64f_I, add},
+    {"Sub_64f", zppsSub_64f, zppsSub_64f_I, subtract},
+    {"Mul_64f", zppsMul_64f, zppsMul_64f_I, multiply},
+    {"Div_64f", zppsDiv_64f, zppsDiv_64f_I, divide, true},
+};
+template <>
+const Binary<Zpp64fc> kBinary<Zpp64fc>[] = {
+    {"Add_64fc", zppsAdd_64fc, zppsAdd_64fc_I, add},
+    {"Sub_64fc", zppsSub_64fc, zppsSub_64fc_I, subtract},
+    {"Mul_64fc", zppsMul_64fc, zppsMul_64fc_I, multiply},
+    {"Div_64fc", zppsDiv_64fc, zppsDiv_64fc_I, divide, true},
+};
+
+bool isZeroOrNan(double x) { return x == 0 || std::isnan(x); }
+bool isZeroOrNan(Zpp64fc x) { return isZeroOrNan(x.im * x.im + x.re * x.re); }
+
+TEST_P(Floating, VectorWithVector) {
+    const auto run = [&]<class T>(const Binary<T>& c) {
+        Random random(1);
+        for (const int len : awkwardLengths()) {
+            const auto a = drawVector<T>(random, len), b = drawVector<T>(random, len);
+            std::vector<T> expected;
+            bool zeroMet = false;
+            for (std::size_t i = 0; i < a.size(); ++i) {
+                expected.push_back(c.expected(a[i], b[i]));
+                zeroMet |= c.divides && isZeroOrNan(a[i]);
+            }
+            const ZppStatus status = zeroMet ? zppStatusDivByZero : zppStatusOk;
+            for (const Edge edge : {Edge::kEnd, Edge::kStart}) {
+                Guarded<T> src1(a, edge), src2(b, edge), dst(a.size(), edge);
+                EXPECT_EQ(c.call(src1, src2, dst, len), status) << c.name;
+                expectSame(expected, dst, c.name);
+                EXPECT_EQ(c.inPlace(src1, src2, len), status) << c.name;
+                expectSame(expected, src2, c.name);
+            }
+        }
+    };
+    for (const auto& c : kBinary<double>) run(c);
+    for (const auto& c : kBinary<Zpp64fc>) run(c);
+}
+
+template <class T>
+struct WithConstant {
+    const char* name;
+    ZppStatus (*call)(const T*, T, T*, int);
+    ZppStatus (*inPlace)(T, T*, int);
+    T (*expected)(T src, T val);
+};
+const WithConstant<double> kWithConstant[] = {
+    {"AddC_64f", zppsAddC_64f, zppsAddC_64f_I, [](double x, double v) { return isZeroOrNan(v) ? x : x + v; }},
+    {"SubC_64f", zppsSubC_64f, zppsSubC_64f_I, [](double x, double v) { return isZeroOrNan(v) ? x : x - v; }},
+    {"SubCRev_64f", zppsSubCRev_64f, zppsSubCRev_64f_I, subtract},
+    {"MulC_64f", zppsMulC_64f, zppsMulC_64f_I,
+     [](double x, double v) { return v == 1 || std::isnan(v) ? x
+                                     : v == 0                ? 0.0
+                                                             : x * v; }},
+    {"DivC_64f", zppsDivC_64f, zppsDivC_64f_I, [](double x, double v) { return multiplyC(x, 1 / v); }},
+};
+const WithConstant<Zpp64fc> kWithComplexConstant[] = {
+    {"AddC_64fc", zppsAddC_64fc, zppsAddC_64fc_I, add},
+    {"SubC_64fc", zppsSubC_64fc, zppsSubC_64fc_I, [](Zpp64fc x, Zpp64fc v) { return subtract(v, x); }},
+    {"SubCRev_64fc", zppsSubCRev_64fc, zppsSubCRev_64fc_I, subtract},
+    {"MulC_64fc", zppsMulC_64fc, zppsMulC_64fc_I, multiply},
+    {"DivC_64fc", zppsDivC_64fc, zppsDivC_64fc_I, [](Zpp64fc x, Zpp64fc v) { return divide(v, x); }},
+};
+
+TEST_P(Floating, VectorWithConstant) {
+    const auto run = [&]<class T>(const WithConstant<T>& c, T val) {
+        Random random(2);
+        for (const int len : awkwardLengths()) {
+            const auto values = drawVector<T>(random, len);
+            std::vector<T> expected;
+            for (const T& x : values) expected.push_back(c.expected(x, val));
+            Guarded<T> src(values), dst(values.size());
+            EXPECT_EQ(c.call(src, val, dst, len), zppStatusOk) << c.name;
+            expectSame(expected, dst, c.name);
+            EXPECT_EQ(c.inPlace(val, src, len), zppStatusOk) << c.name;
+            expectSame(expected, src, c.name);
+        }
+    };
+    for (const auto& c : kWithConstant)
+        for (const double val : {0.0, -0.0, 1.0, -1.0, 3.0, -0.7, 1e300, kInf, kNan}) {
+            const bool refused = c.call == zppsDivC_64f && isZeroOrNan(val);
+            if (!refused) run(c, val);
+        }
+    for (const auto& c : kWithComplexConstant)
+        for (const Zpp64fc val : {Zpp64fc{1, 0}, {0.3, -2}, {0, 5}, {1e-3, 1e5}, {kInf, 1}}) run(c, val);
+}
+
+TEST_P(Floating, AddsProducts) {
+    Random random(3);
+    for (const int len : awkwardLengths()) {
+        const auto a = drawVector<double>(random, len), b = drawVector<double>(random, len);
+        const auto ac = drawVector<Zpp64fc>(random, len), bc = drawVector<Zpp64fc>(random, len);
+        auto sum = drawVector<double>(random, len);
+        auto sumc = drawVector<Zpp64fc>(random, len);
+        Guarded<double> src1(a), src2(b), dst(sum);
+        Guarded<Zpp64fc> src1c(ac), src2c(bc), dstc(sumc);
+        for (std::size_t i = 0; i < a.size(); ++i) {
+            sum[i] = sum[i] + a[i] * b[i];
+            sumc[i] = add(sumc[i], multiply(ac[i], bc[i]));
+        }
+        EXPECT_EQ(zppsAddProduct_64f(src1, src2, dst, len), zppStatusOk);
+        expectSame(sum, dst, "AddProduct_64f");
+        EXPECT_EQ(zppsAddProduct_64fc(src1c, src2c, dstc, len), zppStatusOk);
+        expectSame(sumc, dstc, "AddProduct_64fc");
+    }
+}
+
+// Results that the x87 unit would get wrong at its usual precision: it rounds them to 64 bits, then to 53.
+TEST_P(Floating, RoundsOnce) {
+    const struct {
+        ZppStatus (*call)(const double*, const double*, double*, int);
+        double a, b, expected;
+    } cases[] = {
+        {zppsAdd_64f, 1, 0x1.0000008p-53, 1 + 0x1p-52},
+        {zppsSub_64f, -0x1.0000008p-53, 1, 1 + 0x1p-52},
+        {zppsMul_64f, 0x1.0000000000001p0, 0x1.7ffffffffffffp0, 0x1.8p0},
+    };
+    for (const auto& c : cases) {
+        double result = 0;
+        EXPECT_EQ(c.call(&c.a, &c.b, &result, 1), zppStatusOk);
+        EXPECT_EQ(result, c.expected);
+    }
+}
+
+TEST_P(Floating, DividesByZero) {
+    constexpr std::uint64_t kQuietNan = 0xFFF8000000000000;
+    const std::vector<double> divisors = {0, -0.0, 2, 0, kNan, kNan, 0},
+                              dividends = {3, -3, 4, 0, 5, kNan, kNan};
+    Guarded<double> src1(divisors), src2(dividends), dst(divisors.size());
+    EXPECT_EQ(zppsDiv_64f(src1, src2, dst, dst.len()), zppStatusDivByZero);
+    EXPECT_TRUE(sameBits({kInf, -kInf, 2.0, std::bit_cast<double>(kQuietNan), kInf,
+                          std::bit_cast<double>(kQuietNan), std::bit_cast<double>(kQuietNan)},
+                         dst.values()));
+
+    // The second divisor is too small for its squared norm.
+    const std::vector<Zpp64fc> zeros = {{0, -0.0}, {1e-200, 1e-200}}, numbers = {{1, -1}, {0, kInf}};
+    Guarded<Zpp64fc> src1c(zeros), src2c(numbers), dstc(2);
+    EXPECT_EQ(zppsDiv_64fc(src1c, src2c, dstc, 2), zppStatusDivByZero);
+    EXPECT_TRUE(sameBits({{kInf, -kInf}, {std::bit_cast<double>(kQuietNan), kInf}}, dstc.values()));
+}
+
+// Two null pointers with a bad length give -8, a bad length gives -6, and nothing is written.
+template <class T>
+void expectChecks(const char* name, auto call) {
+    Guarded<T> src(4), dst(4);
+    for (const int len : {4, 0}) {
+        EXPECT_EQ(call(nullptr, dst.data(), len), zppStatusNullPointer) << name;
+        EXPECT_EQ(call(src.data(), nullptr, len), zppStatusNullPointer) << name;
+    }
+    for (const int len : {0, -1, INT_MIN})
+        EXPECT_EQ(call(src.data(), dst.data(), len), zppStatusSizeError) << name;
+    EXPECT_TRUE(dst.untouched()) << name;
+}
+
+TEST_P(Floating, ChecksArguments) {
+    const auto binary = []<class T>(const Binary<T>& c) {
+        T other{};
+        expectChecks<T>(c.name, [&](const T* src, T* dst, int len) { return c.call(src, &other, dst, len); });
+        expectChecks<T>(c.name, [&](const T* src, T* dst, int len) { return c.call(&other, src, dst, len); });
+        expectChecks<T>(c.name, [&](const T* src, T* dst, int len) { return c.inPlace(src, dst, len); });
+    };
+    for (const auto& c : kBinary<double>) binary(c);
+    for (const auto& c : kBinary<Zpp64fc>) binary(c);
+
+    const auto constant = []<class T>(const WithConstant<T>& c, T val) {
+        expectChecks<T>(c.name, [&](const T* src, T* dst, int len) { return c.call(src, val, dst, len); });
+        EXPECT_EQ(c.inPlace(val, nullptr, 0), zppStatusNullPointer) << c.name;
+        EXPECT_EQ(c.inPlace(val, &val, 0), zppStatusSizeError) << c.name;
+    };
+    for (const auto& c : kWithConstant)
+        for (const double val : {2.0, 0.0, 1.0})
+            if (c.call != zppsDivC_64f || val != 0) constant(c, val);
+    for (const auto& c : kWithComplexConstant) constant(c, Zpp64fc{2, 0});
+
+    double x = 0;
+    Zpp64fc xc{};
+    EXPECT_EQ(zppsAddProduct_64f(&x, nullptr, &x, 0), zppStatusNullPointer);
+    EXPECT_EQ(zppsAddProduct_64fc(nullptr, &xc, &xc, 0), zppStatusNullPointer);
+    EXPECT_EQ(zppsAddProduct_64f(&x, &x, &x, 0), zppStatusSizeError);
+}
+
+TEST_P(Floating, RefusesToDivideByZeroConstants) {
+    Guarded<double> dst(1);
+    Guarded<Zpp64fc> dstc(1);
+    double x = 1;
+    Zpp64fc xc{1, 1};
+    for (const double zero : {0.0, -0.0, kNan}) {
+        EXPECT_EQ(zppsDivC_64f(nullptr, zero, dst, 0), zppStatusDivideByZeroError);  // before the pointers
+        EXPECT_EQ(zppsDivC_64f(&x, zero, dst, 1), zppStatusDivideByZeroError);
+        EXPECT_EQ(zppsDivC_64f_I(zero, dst, 1), zppStatusDivideByZeroError);
+        EXPECT_EQ(zppsDivC_64fc(nullptr, {zero, 0}, dstc, 0), zppStatusNullPointer);  // behind them
+        EXPECT_EQ(zppsDivC_64fc(&xc, {zero, 0}, dstc, 0), zppStatusSizeError);
+        EXPECT_EQ(zppsDivC_64fc(&xc, {zero, -0.0}, dstc, 1), zppStatusDivideByZeroError);
+        EXPECT_EQ(zppsDivC_64fc_I({0, zero}, dstc, 1), zppStatusDivideByZeroError);
+    }
+    EXPECT_TRUE(dst.untouched() && dstc.untouched());
+}
+
+}  // namespace
+}  // namespace zpp::test
