@@ -1,0 +1,121 @@
+#include "core/dispatch.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <vector>
+
+#include "tests/support/binding.h"
+
+namespace zpp::test {
+namespace {
+
+void px() {}
+void a6() {}
+void w7() {}
+void px2() {}
+void a62() {}
+void w72() {}
+void tuned() {}
+void tuned2() {}
+
+// A table of two functions whose slots a test can look at.
+struct SmallTable {
+    Slot slots[2] = {};
+    Record records[2] = {{&slots[0], {px, a6, w7}}, {&slots[1], {px2, a62, w72}}};
+    Entry plainBuild[2] = {px, px2};
+    Entry tunedBuild[2] = {tuned, tuned2};
+    DispatchTable table = {records, 2, {plainBuild, nullptr, plainBuild, tunedBuild, nullptr}};
+};
+
+TEST(Dispatch, BindsTheColumnOfTheType) {
+    for (ZppCpuType type = -1; type <= 18; ++type) {
+        SmallTable small;
+        ASSERT_TRUE(bindTable(small.table, type, kX87Isa));
+        const Entry expected = type == 5 ? a6 : type >= 6 && type <= 8 ? w7 : px;
+        EXPECT_EQ(small.slots[0], expected) << type;
+        EXPECT_NE(small.slots[1], nullptr);
+    }
+}
+
+TEST(Dispatch, FallsBackAlongTheWaterfall) {
+    const struct {
+        ZppCpuType type;
+        std::vector<Column> incomplete;
+        Entry expected;  // of the first function; null: refused
+    } cases[] = {
+        {zppCpuFamily15Sse2, {kW7}, a6},      {zppCpuFamily15Sse2, {kW7, kA6}, px},
+        {zppCpuFamily15Sse2, {kA6, kPx}, w7}, {zppCpuFamily15Sse2, {kW7, kA6, kPx}, nullptr},
+        {zppCpuFamily6Sse, {kA6}, px},        {zppCpuFamily6Sse, {kA6, kPx}, nullptr},
+        {zppCpuFamily6Sse2, {kA6, kW7}, px},  {zppCpuFamily6Sse2, {kPx}, nullptr},
+    };
+    for (const auto& c : cases) {
+        SmallTable small;
+        for (const Column column : c.incomplete) small.records[1].column[column] = nullptr;
+        EXPECT_EQ(bindTable(small.table, c.type, kX87Isa), c.expected != nullptr);
+        if (c.expected != nullptr) {
+            EXPECT_EQ(small.slots[0], c.expected);
+            EXPECT_EQ(small.slots[1] == small.records[1].column[kPx], c.expected == px);
+        }
+    }
+}
+
+TEST(Dispatch, StopsAtTheFirstMissingEntry) {
+    SmallTable small;
+    small.records[1].column[kA6] = nullptr;
+    EXPECT_FALSE(fillColumn(small.table, kA6, kX87Isa));
+    EXPECT_EQ(small.slots[0], a6);
+    EXPECT_EQ(small.slots[1], nullptr);
+}
+
+TEST(Dispatch, RefusesAnEmptyTable) {
+    SmallTable small;
+    for (const int count : {0, -1}) {
+        small.table.count = count;
+        EXPECT_FALSE(bindTable(small.table, zppCpuFamily15Sse2, kX87Isa));
+    }
+}
+
+TEST(Dispatch, TunesPxAlone) {
+    SmallTable small;
+    ASSERT_TRUE(bindTable(small.table, zppCpuUnknown, kAvx2Isa));
+    EXPECT_EQ(small.slots[0], tuned);
+    EXPECT_EQ(small.slots[1], tuned2);
+    ASSERT_TRUE(bindTable(small.table, zppCpuFamily15Sse2, kAvx2Isa));
+    EXPECT_EQ(small.slots[0], w7);
+}
+
+TEST(Dispatch, LibraryTableIsComplete) {
+    for (int i = 0; i < kDispatchTable.count; ++i)
+        for (const Entry entry : kDispatchTable.records[i].column) EXPECT_NE(entry, nullptr) << i;
+    EXPECT_TRUE(bindLibrary());
+}
+
+class Version : public BoundTest {};
+ZPP_FOR_ALL_BINDINGS(Version);
+
+TEST_P(Version, TellsTheBoundColumn) {
+    const std::string column = GetParam().name().substr(0, 2);
+    const struct {
+        const ZppLibraryVersion* version;
+        int majorBuild, build;
+        std::string name, date;
+    } cases[] = {
+        {zppsGetLibVersion(), 19, 77, "zpps" + column + "l.lib", "Oct 16 2003"},
+        {zppvmGetLibVersion(), 10, 17, "zppvm" + column + "l.lib", "Oct 20 2003"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(c.version->major, 4);
+        EXPECT_EQ(c.version->minor, 0);
+        EXPECT_EQ(c.version->majorBuild, c.majorBuild);
+        EXPECT_EQ(c.version->build, c.build);
+        const char padded[4] = {column[0], column[1], 0, 0};
+        EXPECT_EQ(std::memcmp(c.version->targetCpu, padded, 4), 0);
+        EXPECT_EQ(c.version->Name, c.name);
+        EXPECT_STREQ(c.version->Version, "v4.0");
+        EXPECT_EQ(c.version->BuildDate, c.date);
+    }
+}
+
+}  // namespace
+}  // namespace zpp::test
