@@ -1,0 +1,41 @@
+# Sourced by the other scripts: install_packages installs those of the named Debian or Ubuntu packages that are missing,
+# without asking. A name may carry an architecture (libc6-dev:i386), which is added to the machine's where it is new.
+
+# Whether a package is installed, in the machine's own architecture unless one is named. (A package for all
+# architectures, or one that another provides under this name, counts.)
+package_installed() {
+    dpkg-query -W -f '${db:Status-Status}\n' "$1" 2>/dev/null | grep -qx installed
+}
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        env DEBIAN_FRONTEND=noninteractive "$@"
+    elif command -v sudo >/dev/null; then
+        sudo env DEBIAN_FRONTEND=noninteractive "$@"
+    else
+        echo "Not root, and there is no sudo: cannot run $*" >&2
+        return 1
+    fi
+}
+
+install_packages() {
+    local package architecture missing=()
+    if ! command -v apt-get >/dev/null; then
+        echo "No apt-get here: taking for granted what these Debian packages hold: $*" >&2
+        return 0
+    fi
+    for package in "$@"; do
+        package_installed "$package" || missing+=("$package")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    echo "Installing ${missing[*]}" >&2
+    for package in "${missing[@]}"; do
+        architecture=${package#*:}
+        [ "$architecture" = "$package" ] && continue
+        { dpkg --print-architecture; dpkg --print-foreign-architectures; } | grep -qx "$architecture" ||
+            as_root dpkg --add-architecture "$architecture" || return 1
+    done
+    local options=(-qq -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0)
+    as_root apt-get "${options[@]}" update >&2 &&
+        as_root apt-get "${options[@]}" install -y --no-install-recommends "${missing[@]}" >&2
+}
