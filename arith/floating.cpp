@@ -59,7 +59,9 @@ struct Divide {
     template <class V>
     ZPP_INLINE V operator()(V divisor, V dividend) const {
         const auto zero = zeroOrNan(divisor);
-        *zeroMet |= any(zero);
+        if (!any(zero)) [[likely]]
+            return dividend / divisor;
+        *zeroMet = true;
         // Dividing by 1 instead keeps the exception flags clean.
         return select(zero, signedInfinity(dividend), dividend / select(zero, broadcast<V>(1.0), divisor));
     }
@@ -68,9 +70,11 @@ struct Divide {
     ZPP_INLINE Complex<V> operator()(Complex<V> divisor, Complex<V> dividend) const {
         const V norm = squaredNorm(divisor);
         const auto zero = zeroOrNan(norm);
-        *zeroMet |= any(zero);
-        const V inverse = broadcast<V>(1.0) / select(zero, broadcast<V>(1.0), norm);
-        const Complex<V> quotient = mulConj(dividend, divisor) * inverse;
+        const Complex<V> product = mulConj(dividend, divisor);
+        if (!any(zero)) [[likely]]
+            return product * (broadcast<V>(1.0) / norm);
+        *zeroMet = true;
+        const Complex<V> quotient = product * (broadcast<V>(1.0) / select(zero, broadcast<V>(1.0), norm));
         return {select(zero, signedInfinity(dividend.re), quotient.re),
                 select(zero, signedInfinity(dividend.im), quotient.im)};
     }
