@@ -1,0 +1,19 @@
+#!/bin/bash
+# Builds the library for every target and runs all tests: 64 and 32 bits, then 64 bits under AddressSanitizer and
+# UBSan. Installs what it needs (Debian, Ubuntu). The last lines count the tests.
+set -uo pipefail
+cd "$(dirname "$0")/.."
+source scripts/install-packages.sh
+install_packages g++ g++-multilib cmake ninja-build pkg-config libgtest-dev libgmock-dev python3 binutils qemu-user \
+    libsndfile1-dev libcairo2-dev || exit 1
+
+failed=0
+for preset in linux-x86_64 linux-i386 linux-x86_64-sanitize; do
+    echo "== $preset"
+    rm -f "build/$preset"/tests/*.xml
+    cmake --preset "$preset" -DZPP_WARNINGS_AS_ERRORS=ON >/dev/null &&
+        cmake --build --preset "$preset" &&
+        ctest --preset "$preset" --output-junit "$PWD/build/$preset/ctest.xml" || failed=1
+done
+python3 scripts/count-tests.py build/*/ || failed=1
+exit $failed
