@@ -76,4 +76,15 @@ ZPP_INLINE void storeComplex(double* p, Complex<V> v) {
     }
 }
 
+// A vector of loadComplex with its lanes in the order of memory.
+template <class V>
+ZPP_INLINE V naturalOrder(V v) {
+    if constexpr (sizeof(V) == 64)
+        return shuffle<0, 2, 4, 6, 1, 3, 5, 7>(v, v);
+    else if constexpr (sizeof(V) == 32)
+        return shuffle<0, 2, 1, 3>(v, v);
+    else
+        return v;
+}
+
 }  // namespace zpp::ZPP_ISA

@@ -169,4 +169,38 @@ ZPP_INLINE V reverseLanes(V v) {
         return v;
 }
 
+// Transposes a square of N vectors of N doubles: lane j of rows[i] and lane i of rows[j] change places.
+template <class V, int N>
+ZPP_INLINE void transpose(V (&rows)[N]) {
+    static_assert(sizeof(V) == N * sizeof(double));
+    if constexpr (N >= 2)
+#pragma GCC unroll 8
+        for (int i = 0; i < N; i += 2) {
+            const V a = rows[i], b = rows[i + 1];
+            rows[i] = evenLanes(a, b);
+            rows[i + 1] = oddLanes(a, b);
+        }
+    if constexpr (N == 4)
+#pragma GCC unroll 8
+        for (int i = 0; i < 2; ++i) {
+            const V a = rows[i], b = rows[i + 2];
+            rows[i] = shuffle<0, 1, 4, 5>(a, b);
+            rows[i + 2] = shuffle<2, 3, 6, 7>(a, b);
+        }
+    if constexpr (N == 8) {
+#pragma GCC unroll 8
+        for (int i = 0; i < 8; i += i % 4 == 1 ? 3 : 1) {
+            const V a = rows[i], b = rows[i + 2];
+            rows[i] = shuffle<0, 1, 8, 9, 4, 5, 12, 13>(a, b);
+            rows[i + 2] = shuffle<2, 3, 10, 11, 6, 7, 14, 15>(a, b);
+        }
+#pragma GCC unroll 8
+        for (int i = 0; i < 4; ++i) {
+            const V a = rows[i], b = rows[i + 4];
+            rows[i] = shuffle<0, 1, 2, 3, 8, 9, 10, 11>(a, b);
+            rows[i + 4] = shuffle<4, 5, 6, 7, 12, 13, 14, 15>(a, b);
+        }
+    }
+}
+
 }  // namespace zpp::ZPP_ISA

@@ -1,6 +1,105 @@
-/* Transforms. */
+/* Transforms and spectra. */
 #if !defined(ZPP_TRANSFORM_H) || defined(ZPP_LIST)
 #define ZPP_TRANSFORM_H
 #include "export.h"
+
+/* FFT specification
+ *
+ * A specification holds the tables for transforms of one length N = 2^order. It is of one kind: complex
+ * interleaved (_C_64fc), complex in two arrays (_C_64f) or real (_R_64f). Once made it is never written, so
+ * any number of threads may use it at once, each with its own work buffer. */
+
+/* Make a specification, to be released by the Free function of its kind. order: 0 to 30. hint is kept and has
+ * no effect. flag: which direction multiplies its result by what:
+ *     8  neither            1  forward, by 1 / N
+ *     2  inverse, by 1 / N  4  both, by 1 / sqrt(N)
+ * Returned, in this order of checks: -8 ppSpec null; -15 order out of range; -9 memory short; -16 another
+ * flag. After an error *ppSpec is as it was. */
+ZPP_EXPORT(ZppStatus, zppsFFTInitAlloc_C_64fc, (ZppsFFTSpec * *ppSpec, int order, int flag, int hint))
+ZPP_EXPORT(ZppStatus, zppsFFTInitAlloc_C_64f, (ZppsFFTSpec * *ppSpec, int order, int flag, int hint))
+ZPP_EXPORT(ZppStatus, zppsFFTInitAlloc_R_64f, (ZppsFFTSpec * *ppSpec, int order, int flag, int hint))
+
+/* Release a specification.
+ * Returned: -8 pSpec null; -17 not a specification of this kind, nothing is released. */
+ZPP_EXPORT(ZppStatus, zppsFFTFree_C_64fc, (ZppsFFTSpec * pSpec))
+ZPP_EXPORT(ZppStatus, zppsFFTFree_C_64f, (ZppsFFTSpec * pSpec))
+ZPP_EXPORT(ZppStatus, zppsFFTFree_R_64f, (ZppsFFTSpec * pSpec))
+
+/* *pSize = bytes of work buffer that a transform needs, whatever its address; 0 (none) for complex orders up
+ * to 9 and real orders up to 10.
+ * Returned: -8 a null pointer; -17 not a specification of this kind. */
+ZPP_EXPORT(ZppStatus, zppsFFTGetBufSize_C_64fc, (const ZppsFFTSpec* pSpec, int* pSize))
+ZPP_EXPORT(ZppStatus, zppsFFTGetBufSize_C_64f, (const ZppsFFTSpec* pSpec, int* pSize))
+ZPP_EXPORT(ZppStatus, zppsFFTGetBufSize_R_64f, (const ZppsFFTSpec* pSpec, int* pSize))
+
+/* FFT transforms
+ *
+ *     forward: X[k] = sum over n of x[n] exp(-2 pi i k n / N)
+ *     inverse: x[n] = sum over k of X[k] exp(+2 pi i k n / N)
+ *
+ * multiplied by the factor of the specification's flag, if it sets one for the direction. pBuffer is a work
+ * buffer of the size that zppsFFTGetBufSize gives, at any address, or null: then, where one is needed, it is
+ * allocated for the call. Source and destination may be the same array (for two arrays: both the same), with
+ * the same result. The error is below 1e-15 of the largest result; it differs a little between the columns.
+ *
+ * Returned, in this order of checks: -8 pSpec null; -17 a specification of another kind; -8 a null data
+ * pointer; -9 no memory for the work buffer. */
+
+/* Complex numbers, interleaved or in two arrays. */
+ZPP_EXPORT(ZppStatus, zppsFFTFwd_CToC_64fc,
+           (const Zpp64fc* pSrc, Zpp64fc* pDst, const ZppsFFTSpec* pSpec, Zpp8u* pBuffer))
+ZPP_EXPORT(ZppStatus, zppsFFTFwd_CToC_64f,
+           (const Zpp64f* pSrcRe, const Zpp64f* pSrcIm, Zpp64f* pDstRe, Zpp64f* pDstIm,
+            const ZppsFFTSpec* pSpec, Zpp8u* pBuffer))
+ZPP_EXPORT(ZppStatus, zppsFFTInv_CToC_64fc,
+           (const Zpp64fc* pSrc, Zpp64fc* pDst, const ZppsFFTSpec* pSpec, Zpp8u* pBuffer))
+ZPP_EXPORT(ZppStatus, zppsFFTInv_CToC_64f,
+           (const Zpp64f* pSrcRe, const Zpp64f* pSrcIm, Zpp64f* pDstRe, Zpp64f* pDstIm,
+            const ZppsFFTSpec* pSpec, Zpp8u* pBuffer))
+
+/* Real signals. Of their spectra, X[N-k] = conj(X[k]), only X[0] .. X[N/2] are kept, with Rk and Ik the real
+ * and imaginary part of X[k], in one of three layouts:
+ *     Pack  R0, R1, I1, ..., R(N/2-1), I(N/2-1), R(N/2)    N numbers
+ *     Perm  R0, R(N/2), R1, I1, ..., R(N/2-1), I(N/2-1)    N numbers
+ *     CCS   R0, 0, R1, I1, ..., R(N/2), 0                  N + 2 numbers
+ * and for odd N: Pack and Perm R0, R1, I1, ... (N numbers), CCS R0, 0, R1, I1, ... (N + 1 numbers). The
+ * inverse transforms do not look at the zeros of CCS. */
+ZPP_EXPORT(ZppStatus, zppsFFTFwd_RToPack_64f,
+           (const Zpp64f* pSrc, Zpp64f* pDst, const ZppsFFTSpec* pSpec, Zpp8u* pBuffer))
+ZPP_EXPORT(ZppStatus, zppsFFTFwd_RToPerm_64f,
+           (const Zpp64f* pSrc, Zpp64f* pDst, const ZppsFFTSpec* pSpec, Zpp8u* pBuffer))
+ZPP_EXPORT(ZppStatus, zppsFFTFwd_RToCCS_64f,
+           (const Zpp64f* pSrc, Zpp64f* pDst, const ZppsFFTSpec* pSpec, Zpp8u* pBuffer))
+ZPP_EXPORT(ZppStatus, zppsFFTInv_PackToR_64f,
+           (const Zpp64f* pSrc, Zpp64f* pDst, const ZppsFFTSpec* pSpec, Zpp8u* pBuffer))
+ZPP_EXPORT(ZppStatus, zppsFFTInv_PermToR_64f,
+           (const Zpp64f* pSrc, Zpp64f* pDst, const ZppsFFTSpec* pSpec, Zpp8u* pBuffer))
+ZPP_EXPORT(ZppStatus, zppsFFTInv_CCSToR_64f,
+           (const Zpp64f* pSrc, Zpp64f* pDst, const ZppsFFTSpec* pSpec, Zpp8u* pBuffer))
+
+/* Packed-spectrum arithmetic
+ *
+ * For spectra of N = len elements in the layouts above, len being any positive number, even or odd. The
+ * results are the same bits in all columns: each operation of the formulas is rounded to double.
+ * Returned, in this order of checks: -8 for a null pointer; -6 for len <= 0. */
+
+/* Products of two spectra: Dst[k] = Src1[k] Src2[k]; in place SrcDst[k] = Src[k] SrcDst[k]. With a and b the
+ * factors in this order: (a.re b.re - a.im b.im, a.re b.im + a.im b.re). */
+ZPP_EXPORT(ZppStatus, zppsMulPack_64f, (const Zpp64f* pSrc1, const Zpp64f* pSrc2, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsMulPack_64f_I, (const Zpp64f* pSrc, Zpp64f* pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsMulPerm_64f, (const Zpp64f* pSrc1, const Zpp64f* pSrc2, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsMulPerm_64f_I, (const Zpp64f* pSrc, Zpp64f* pSrcDst, int len))
+
+/* SrcDst[k] = Src[k] conj(SrcDst[k]), Pack layout. */
+ZPP_EXPORT(ZppStatus, zppsMulPackConj_64f_I, (const Zpp64f* pSrc, Zpp64f* pSrcDst, int len))
+
+/* The full spectrum of len complex numbers, pDst[len - k] = conj(pDst[k]). X[0] and X[len/2] are (Rk, 0), of
+ * CCS (Rk, Ik) as stored. In place the packed spectrum stands at the start of pSrcDst. */
+ZPP_EXPORT(ZppStatus, zppsConjPack_64fc, (const Zpp64f* pSrc, Zpp64fc* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsConjPack_64fc_I, (Zpp64fc * pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsConjPerm_64fc, (const Zpp64f* pSrc, Zpp64fc* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsConjPerm_64fc_I, (Zpp64fc * pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsConjCcs_64fc, (const Zpp64f* pSrc, Zpp64fc* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsConjCcs_64fc_I, (Zpp64fc * pSrcDst, int len))
 
 #endif

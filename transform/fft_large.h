@@ -1,0 +1,183 @@
+// Transforms of orders above kMaxPlainOrder.
+//
+// Four-step scheme: the data are a matrix of N1 rows and N2 columns. Groups of columns, two cache lines wide,
+// are transformed in the cache, multiplied by w_N^(n2 k1), and put as rows into the work buffer; then the
+// same is done to the columns of that, whose results are rows of the destination.
+#pragma once
+
+#include "transform/fft_kernel.h"
+
+namespace zpp::ZPP_ISA {
+
+// Vectors in a group of columns: 8 complex numbers are 128 bytes.
+template <int W>
+inline constexpr size_t kGroup = W >= 8 ? 1 : 8 / W;
+
+// A group of columns of a matrix whose rows are `pitch` blocks apart: block q + kGroup r is in row r.
+template <int W, class Matrix>
+struct Columns {
+    using V = typename Matrix::V;
+    static constexpr bool kComplexOrder = Matrix::kComplexOrder;
+    Matrix matrix;
+    size_t pitch;
+
+    ZPP_INLINE Complex<V> load(size_t i) const { return matrix.load(block(i)); }
+    ZPP_INLINE void store(size_t i, Complex<V> v) const { matrix.store(block(i), v); }
+
+  private:
+    size_t block(size_t i) const { return i / kGroup<W> * pitch + i % kGroup<W>; }
+};
+
+// The parts of the work buffer, in doubles.
+struct LargeScratch {
+    int rowOrder, columnOrder;  // N1 = 2^columnOrder, N2 = 2^rowOrder
+    int stepOrder;              // the twiddles of a column are steps of 2^stepOrder and what is between them
+    size_t data;                // the matrix between the steps
+    size_t group;               // a group of columns; there are two of them
+    size_t twiddles;            // of a group
+    size_t total;
+};
+
+inline LargeScratch largeScratch(int order) {
+    LargeScratch s;
+    s.rowOrder = order / 2;
+    s.columnOrder = order - s.rowOrder;
+    s.stepOrder = s.columnOrder / 2;
+    const size_t width = kGroup<kLanes<double>> * static_cast<size_t>(kLanes<double>);
+    s.data = size_t{2} << order;
+    s.group = (2 * width) << s.columnOrder;
+    s.twiddles = 2 * width * ((size_t{1} << s.stepOrder) + (size_t{1} << (s.columnOrder - s.stepOrder)));
+    s.total = s.data + 2 * s.group + s.twiddles;
+    return s;
+}
+
+inline Complex<double> rootAt(const SplitRoots& roots, size_t k) {
+    const double* fine = roots.fine + 2 * (k & ((size_t{1} << roots.fineOrder) - 1));
+    const double* coarse = roots.coarse + 2 * (k >> roots.fineOrder);
+    return twiddled(Complex<double>{fine[0], fine[1]}, Complex<double>{coarse[0], coarse[1]});
+}
+
+// The roots k .. k + W - 1, k being a multiple of W, in the lanes of blocks of either order.
+template <int W, bool kComplexOrder>
+ZPP_INLINE Complex<Vec<double, W>> rootsAt(const SplitRoots& roots, size_t k) {
+    using V = Vec<double, W>;
+    const double* coarse = roots.coarse + 2 * (k >> roots.fineOrder);
+    Complex<V> fine = loadComplex<W>(roots.fine + 2 * (k & ((size_t{1} << roots.fineOrder) - 1)));
+    if constexpr (!kComplexOrder) fine = {naturalOrder(fine.re), naturalOrder(fine.im)};
+    return twiddled(fine, Complex<V>{broadcast<V>(coarse[0]), broadcast<V>(coarse[1])});
+}
+
+// The twiddles of W columns: out[i] = w^(column i) for i < 2^stepOrder, then w^(column 2^stepOrder i).
+template <int W, bool kComplexOrder>
+inline void columnTwiddles(const SplitRoots& roots, const LargeScratch& s, size_t column, Blocks<W> out) {
+    const size_t steps = size_t{1} << s.stepOrder;
+    const size_t count = steps + (size_t{1} << (s.columnOrder - s.stepOrder));
+    for (size_t i = 0; i < count; ++i) {
+        const size_t row = i < steps ? i : (i - steps) << s.stepOrder;
+        double* p = out.from(i).p;
+        for (int l = 0; l < W; ++l) {
+            const size_t n2 = column + static_cast<size_t>(elementOfLane(W, l, kComplexOrder));
+            const Complex<double> w = rootAt(roots, n2 * row);
+            p[l] = w.re;
+            p[W + l] = w.im;
+        }
+    }
+}
+
+// Multiplies a group of transformed columns, from column `first` on, by their twiddles and puts them as rows.
+template <int W, bool kComplexOrder>
+inline void putColumns(Blocks<W> group, Blocks<W> data, Blocks<W> twiddles, const SplitRoots& roots,
+                       const LargeScratch& s, size_t first) {
+    const size_t n1 = size_t{1} << s.columnOrder;
+    const size_t stepMask = (size_t{1} << s.stepOrder) - 1;
+    for (size_t q = 0; q < kGroup<W>; ++q) {
+        const size_t column = first + q * W;
+        columnTwiddles<W, kComplexOrder>(roots, s, column, twiddles);
+        for (size_t row = 0; row < n1; row += W) {
+            const auto step = twiddles.load(stepMask + 1 + (row >> s.stepOrder));
+            Complex<typename Blocks<W>::V> x[W];
+#pragma GCC unroll 8
+            for (size_t k = 0; k < W; ++k)
+                x[k] = twiddled(group.load((row + k) * kGroup<W> + q),
+                                twiddled(step, twiddles.load((row + k) & stepMask)));
+            transposeBlocks<kComplexOrder>(x);
+#pragma GCC unroll 8
+            for (size_t j = 0; j < W; ++j) data.store(((column + j) * n1 + row) / W, x[j]);
+        }
+    }
+}
+
+// A transform by the four-step scheme. `work` holds largeScratch().total doubles.
+template <class In, class Out>
+inline void largeTransform(In in, Out out, double* work, const FftTables& tables, double scale) {
+    constexpr int W = sizeof(typename In::V) / sizeof(double);
+    constexpr size_t g = kGroup<W>;
+    const LargeScratch s = largeScratch(tables.order);
+    const size_t n1 = size_t{1} << s.columnOrder, n2 = size_t{1} << s.rowOrder;
+    const Blocks<W> data{work}, a{work + s.data}, b{work + s.data + s.group},
+        twiddles{work + s.data + 2 * s.group};
+    for (size_t i = 0; i < n2 / W; i += g) {
+        const Columns<W, In> columns{in.from(i), n2 / W};
+        passesFrom(columns, a, b, a, n1, g, tables.columns[0], 1.0);
+        putColumns<W, In::kComplexOrder>(a, data, twiddles, tables.roots, s, i * W);
+    }
+    for (size_t i = 0; i < n1 / W; i += g) {
+        const Columns<W, Blocks<W>> columns{data.from(i), n1 / W};
+        const Columns<W, Out> rows{out.from(i), n1 / W};
+        passesFrom(columns, a, b, rows, n2, g, tables.columns[1], scale);
+    }
+}
+
+// Takes the two halves of n elements in turn, in place: p[2 i] = p[i], p[2 i + 1] = p[n / 2 + i].
+// `work` holds `capacity` elements.
+template <class T>
+inline void interleaveHalves(T* p, size_t n, T* work, size_t capacity) {
+    const size_t half = n / 2, quarter = n / 4;
+    if (half > capacity) {
+        for (size_t i = quarter; i < half; ++i) {
+            const T t = p[i];
+            p[i] = p[i + quarter];
+            p[i + quarter] = t;
+        }
+        interleaveHalves(p, half, work, capacity);
+        interleaveHalves(p + half, half, work, capacity);
+        return;
+    }
+    memcpy(work, p, half * sizeof(T));
+    for (size_t i = 0; i < half; ++i) {
+        p[2 * i] = work[i];
+        p[2 * i + 1] = p[half + i];
+    }
+}
+
+template <int W, bool kExchange>
+inline void interleaveHalves(Interleaved<W, kExchange> data, size_t n, double* work, size_t capacity) {
+    interleaveHalves(reinterpret_cast<Zpp64fc*>(data.p), n, reinterpret_cast<Zpp64fc*>(work), capacity);
+}
+
+template <int W>
+inline void interleaveHalves(Split<W> data, size_t n, double* work, size_t capacity) {
+    interleaveHalves(data.re, n, work, 2 * capacity);
+    interleaveHalves(data.im, n, work, 2 * capacity);
+}
+
+// A transform of an order above kMaxBufferOrder: radix-2 steps in place down to parts that have a work
+// buffer. Sums give the even results, differences the odd ones, which are then taken in turn.
+template <class In, class Out>
+inline void hugeTransform(In in, Out out, int order, double* work, const FftTables& tables, double scale) {
+    if (order == tables.order) return largeTransform(in, out, work, tables, scale);
+    constexpr int W = sizeof(typename In::V) / sizeof(double);
+    const size_t n = size_t{1} << order;
+    const size_t blocks = n / 2 / W;
+    const SplitRoots& roots = tables.huge[order - tables.order - 1];
+    for (size_t i = 0; i < blocks; ++i) {
+        const auto a = in.load(i), b = in.load(i + blocks);
+        out.store(i, a + b);
+        out.store(i + blocks, twiddled(a - b, rootsAt<W, In::kComplexOrder>(roots, i * W)));
+    }
+    hugeTransform(out, out, order - 1, work, tables, scale);
+    hugeTransform(out.from(blocks), out.from(blocks), order - 1, work, tables, scale);
+    interleaveHalves(out, n, work, size_t{1} << tables.order);
+}
+
+}  // namespace zpp::ZPP_ISA

@@ -1,0 +1,78 @@
+// Roots of unity, to the last bit but one case in a thousand: the source of all twiddle tables.
+#pragma once
+
+#include <math.h>
+
+#include "core/complex.h"
+#include "core/memory.h"
+
+namespace zpp::ZPP_ISA {
+
+// exp(-2 pi i k / 2^order). The angle is reduced to the first octant, where the root is a product of two
+// table entries in extended precision: its error before the one rounding to double is below 2^-62.
+class Roots {
+  public:
+    explicit Roots(int order)
+        : order_(order < 3 ? 3 : order),
+          fineOrder_((order_ - 3) / 2),
+          coarse_((size_t{1} << (order_ - 3 - fineOrder_)) + 1),
+          table_(
+              static_cast<Entry*>(allocateAligned((coarse_ + (size_t{1} << fineOrder_)) * sizeof(Entry)))) {
+        if (table_ == nullptr) return;
+        for (size_t i = 0; i < coarse_; ++i) table_[i] = entry(i << fineOrder_);
+        for (size_t i = 0; i < size_t{1} << fineOrder_; ++i) table_[coarse_ + i] = entry(i);
+    }
+    ~Roots() { freeAligned(table_); }
+    Roots(const Roots&) = delete;
+    Roots& operator=(const Roots&) = delete;
+
+    bool allocated() const { return table_ != nullptr; }
+
+    // exp(-2 pi i k / 2^length), for length not above the order (or 3).
+    Complex<double> at(uint64_t k, int length) const {
+        const uint64_t quarter = uint64_t{1} << (order_ - 2);
+        const uint64_t turn = (k << (order_ - length)) & (4 * quarter - 1);
+        const uint64_t inQuadrant = turn & (quarter - 1);
+        const bool mirrored = inQuadrant > quarter / 2;
+        Entry e = octant(static_cast<size_t>(mirrored ? quarter - inQuadrant : inQuadrant));
+        if (mirrored) e = {e.sine, e.cosine};
+        const double c = static_cast<double>(e.cosine);
+        const double s = static_cast<double>(e.sine);
+        switch (turn / quarter) {
+            case 0:
+                return {c, -s};
+            case 1:
+                return {-s, -c};
+            case 2:
+                return {-c, s};
+            default:
+                return {s, c};
+        }
+    }
+
+  private:
+    struct Entry {
+        long double cosine, sine;
+    };
+
+    Entry entry(size_t k) const {
+        const long double turn = 6.283185307179586476925286766559005768L;
+        const long double angle =
+            turn * static_cast<long double>(k) / static_cast<long double>(uint64_t{1} << order_);
+        return {cosl(angle), sinl(angle)};
+    }
+
+    Entry octant(size_t k) const {
+        const Entry a = table_[k >> fineOrder_];
+        const size_t rest = k & ((size_t{1} << fineOrder_) - 1);
+        if (rest == 0) return a;
+        const Entry b = table_[coarse_ + rest];
+        return {a.cosine * b.cosine - a.sine * b.sine, a.sine * b.cosine + a.cosine * b.sine};
+    }
+
+    int order_, fineOrder_;
+    size_t coarse_;
+    Entry* table_;  // the coarse entries, then the fine ones
+};
+
+}  // namespace zpp::ZPP_ISA
