@@ -1,7 +1,10 @@
 # The ISA builds of the target: the family files are compiled once for each, into the namespace of its name.
 # What core/cpu.cpp asks the processor for must cover the flags that stand here.
 set(ZPP_FLAGS_x87 -march=i586 -mfpmath=387)
-set(ZPP_FLAGS_sse -march=pentium3 -mfpmath=387)
+set(ZPP_FLAGS_sse -march=pentium3)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    list(APPEND ZPP_FLAGS_sse -mfpmath=387)  # clang has no choice to make here, and refuses the flag
+endif()
 set(ZPP_FLAGS_avx2 -mavx2 -mfma -mf16c -mbmi2 -mfpmath=sse)
 set(ZPP_FLAGS_avx512 ${ZPP_FLAGS_avx2} -mavx512f -mavx512dq -mavx512bw -mavx512vl)
 if(ZPP_ARCH STREQUAL "i386")

@@ -7,8 +7,7 @@ file(GLOB ZPP_FAMILY_SOURCES CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}
 add_library(zpp_core OBJECT ${ZPP_CORE_SOURCES})
 target_compile_options(zpp_core PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${ZPP_FLAGS_core}>)
 set_source_files_properties(core/stubs.S PROPERTIES
-    INCLUDE_DIRECTORIES ${PROJECT_SOURCE_DIR}/include
-    OBJECT_DEPENDS "${PROJECT_SOURCE_DIR}/include/zpp.h")
+    INCLUDE_DIRECTORIES ${PROJECT_SOURCE_DIR}/include)
 set(ZPP_OBJECT_LIBRARIES zpp_core)
 
 foreach(isa IN LISTS ZPP_ISAS)
