@@ -1,0 +1,359 @@
+#include <cmath>
+#include <complex>
+#include <map>
+
+#include "tests/support/binding.h"
+#include "tests/support/compare.h"
+#include "tests/support/guarded.h"
+#include "tests/support/heap.h"
+#include "tests/support/random.h"
+
+namespace zpp::test {
+namespace {
+
+using Exact = std::complex<long double>;
+
+class Fft : public BoundTest {};
+ZPP_FOR_ALL_BINDINGS(Fft);
+
+// The functions of a kind of specification.
+struct Kind {
+    const char* name;
+    ZppStatus (*init)(ZppsFFTSpec**, int order, int flag, int hint);
+    ZppStatus (*free)(ZppsFFTSpec*);
+    ZppStatus (*bufSize)(const ZppsFFTSpec*, int*);
+    int lastWithoutBuffer;
+};
+const Kind kComplex = {"C_64fc", zppsFFTInitAlloc_C_64fc, zppsFFTFree_C_64fc, zppsFFTGetBufSize_C_64fc, 9};
+const Kind kSplit = {"C_64f", zppsFFTInitAlloc_C_64f, zppsFFTFree_C_64f, zppsFFTGetBufSize_C_64f, 9};
+const Kind kReal = {"R_64f", zppsFFTInitAlloc_R_64f, zppsFFTFree_R_64f, zppsFFTGetBufSize_R_64f, 10};
+const Kind kKinds[] = {kComplex, kSplit, kReal};
+
+class Spec {
+  public:
+    Spec(const Kind& kind, int order, int flag = 8) : kind_(kind) {
+        EXPECT_EQ(kind.init(&spec_, order, flag, 0), zppStatusOk);
+        EXPECT_EQ(kind.bufSize(spec_, &bufSize_), zppStatusOk);
+    }
+    Spec(const Spec&) = delete;
+    ~Spec() { EXPECT_EQ(kind_.free(spec_), zppStatusOk); }
+    operator ZppsFFTSpec*() const { return spec_; }
+    std::size_t bufSize() const { return static_cast<std::size_t>(bufSize_); }
+
+  private:
+    Kind kind_;
+    ZppsFFTSpec* spec_ = nullptr;
+    int bufSize_ = -1;
+};
+
+// A transform of any kind, on complex numbers: real ones take the real parts of the input and fill in the
+// upper half of the spectrum, or take the lower half and give the signal as real parts.
+struct Transform {
+    const char* name;
+    const Kind& kind;
+    bool inverse;
+    std::vector<Zpp64fc> (*run)(const std::vector<Zpp64fc>& in, const ZppsFFTSpec* spec, Zpp8u* buffer,
+                                bool inPlace);
+};
+
+template <auto call>
+std::vector<Zpp64fc> runComplex(const std::vector<Zpp64fc>& in, const ZppsFFTSpec* spec, Zpp8u* buffer,
+                                bool inPlace) {
+    Guarded<Zpp64fc> src(in), dst(in.size());
+    Zpp64fc* out = inPlace ? src : dst;
+    EXPECT_EQ(call(src, out, spec, buffer), zppStatusOk);
+    EXPECT_TRUE(src.intact() && dst.intact());
+    return inPlace ? src.values() : dst.values();
+}
+
+template <auto call>
+std::vector<Zpp64fc> runSplit(const std::vector<Zpp64fc>& in, const ZppsFFTSpec* spec, Zpp8u* buffer,
+                              bool inPlace) {
+    Guarded<double> re(in.size()), im(in.size(), Edge::kStart), dstRe(in.size(), Edge::kStart),
+        dstIm(in.size());
+    for (std::size_t i = 0; i < in.size(); ++i) re.data()[i] = in[i].re, im.data()[i] = in[i].im;
+    double *outRe = inPlace ? re : dstRe, *outIm = inPlace ? im : dstIm;
+    EXPECT_EQ(call(re, im, outRe, outIm, spec, buffer), zppStatusOk);
+    EXPECT_TRUE(re.intact() && im.intact() && dstRe.intact() && dstIm.intact());
+    std::vector<Zpp64fc> result;
+    for (std::size_t i = 0; i < in.size(); ++i) result.push_back({outRe[i], outIm[i]});
+    return result;
+}
+
+// The packed layouts as orders of the numbers R0, I0, R1, ..., R(N / 2), I(N / 2).
+enum Layout { kPack, kPerm, kCcs };
+std::vector<std::size_t> layoutOrder(Layout layout, std::size_t n) {
+    std::vector<std::size_t> order = {0};
+    if (layout == kCcs) order.push_back(1);
+    if (layout == kPerm && n > 1) order.push_back(n);
+    for (std::size_t i = 2; i < n; ++i) order.push_back(i);
+    if (layout != kPerm && n > 1) order.push_back(n);
+    if (layout == kCcs && n > 1) order.push_back(n + 1);
+    return order;
+}
+
+template <auto call, Layout layout>
+std::vector<Zpp64fc> runForward(const std::vector<Zpp64fc>& in, const ZppsFFTSpec* spec, Zpp8u* buffer,
+                                bool inPlace) {
+    const std::size_t n = in.size();
+    const auto order = layoutOrder(layout, n);
+    Guarded<double> src(inPlace ? order.size() : n), dst(order.size());
+    for (std::size_t i = 0; i < n; ++i) src.data()[i] = in[i].re;
+    double* out = inPlace ? src : dst;
+    EXPECT_EQ(call(src, out, spec, buffer), zppStatusOk);
+    EXPECT_TRUE(src.intact() && dst.intact());
+    std::vector<double> unpacked(n + 2);
+    for (std::size_t i = 0; i < order.size(); ++i) unpacked[order[i]] = out[i];
+    EXPECT_EQ(unpacked[1], 0);
+    EXPECT_EQ(unpacked[n + 1], 0);
+    std::vector<Zpp64fc> result(n);
+    for (std::size_t k = 0; k <= n / 2; ++k) {
+        result[(n - k) % n] = {unpacked[2 * k], -unpacked[2 * k + 1]};
+        result[k] = {unpacked[2 * k], unpacked[2 * k + 1]};
+    }
+    return result;
+}
+
+template <auto call, Layout layout>
+std::vector<Zpp64fc> runInverse(const std::vector<Zpp64fc>& in, const ZppsFFTSpec* spec, Zpp8u* buffer,
+                                bool inPlace) {
+    const std::size_t n = in.size();
+    const auto order = layoutOrder(layout, n);
+    Guarded<double> src(order.size()), dst(n);
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        const Zpp64fc x = in[order[i] / 2];
+        src.data()[i] = order[i] % 2 == 0 ? x.re : x.im;
+    }
+    double* out = inPlace ? src : dst;
+    EXPECT_EQ(call(src, out, spec, buffer), zppStatusOk);
+    EXPECT_TRUE(src.intact() && dst.intact());
+    std::vector<Zpp64fc> result;
+    for (std::size_t i = 0; i < n; ++i) result.push_back({out[i], 0});
+    return result;
+}
+
+const Transform kTransforms[] = {
+    {"Fwd_CToC_64fc", kComplex, false, runComplex<zppsFFTFwd_CToC_64fc>},
+    {"Inv_CToC_64fc", kComplex, true, runComplex<zppsFFTInv_CToC_64fc>},
+    {"Fwd_CToC_64f", kSplit, false, runSplit<zppsFFTFwd_CToC_64f>},
+    {"Inv_CToC_64f", kSplit, true, runSplit<zppsFFTInv_CToC_64f>},
+    {"Fwd_RToPack", kReal, false, runForward<zppsFFTFwd_RToPack_64f, kPack>},
+    {"Fwd_RToPerm", kReal, false, runForward<zppsFFTFwd_RToPerm_64f, kPerm>},
+    {"Fwd_RToCCS", kReal, false, runForward<zppsFFTFwd_RToCCS_64f, kCcs>},
+    {"Inv_PackToR", kReal, true, runInverse<zppsFFTInv_PackToR_64f, kPack>},
+    {"Inv_PermToR", kReal, true, runInverse<zppsFFTInv_PermToR_64f, kPerm>},
+    {"Inv_CCSToR", kReal, true, runInverse<zppsFFTInv_CCSToR_64f, kCcs>},
+};
+
+// A signal and its forward spectrum, which is exact but for the last bits of long double.
+struct Example {
+    std::vector<Zpp64fc> signal;
+    std::vector<Exact> spectrum;
+    double largest = 0;
+};
+
+Exact root(std::size_t k, int order) {
+    const long double angle = -2 * 3.14159265358979323846264338327950288L * static_cast<long double>(k);
+    return std::polar(1.0L, std::ldexp(angle, -order));
+}
+
+// `count` elements that are not zero, or with 0 all of them. The spectrum is the sum that defines it.
+const Example& example(int order, std::size_t count) {
+    static std::map<std::pair<int, std::size_t>, Example> made;
+    Example& e = made[{order, count}];
+    if (!e.signal.empty()) return e;
+    const std::size_t n = std::size_t{1} << order;
+    Random random(static_cast<std::uint64_t>(order));
+    e.signal.resize(n);
+    e.spectrum.resize(n);
+    std::vector<Exact> roots;
+    for (std::size_t k = 0; k < n; ++k) roots.push_back(root(k, order));
+    for (std::size_t i = 0; i < (count == 0 ? n : count); ++i) {
+        const std::size_t at = count == 0 ? i : random.below(n);
+        e.signal[at] = {random.uniform(), random.uniform()};
+    }
+    for (std::size_t at = 0; at < n; ++at) {
+        const Exact x = {e.signal[at].re, e.signal[at].im};
+        if (x == Exact{}) continue;
+        for (std::size_t k = 0; k < n; ++k) e.spectrum[k] += x * roots[at * k & (n - 1)];
+    }
+    for (const Exact& x : e.spectrum) e.largest = std::max(e.largest, static_cast<double>(std::abs(x)));
+    return e;
+}
+
+// Input and expected result of a transform: for a real one the signal is the real part; an inverse one takes
+// the conjugate of the signal (of a real one, the spectrum) to the conjugate of the spectrum (the signal).
+double worstError(const Transform& t, const Example& e, const std::vector<Zpp64fc>& result, double scale) {
+    const std::size_t n = e.signal.size();
+    double worst = 0;
+    for (std::size_t k = 0; k < n; ++k) {
+        Exact expected = e.spectrum[k];
+        if (&t.kind == &kReal) expected = (expected + std::conj(e.spectrum[(n - k) % n])) / 2.0L;
+        if (t.inverse) expected = std::conj(expected);
+        if (&t.kind == &kReal && t.inverse) expected = e.signal[k].re * static_cast<long double>(n);
+        const Exact error = expected * static_cast<long double>(scale) - Exact{result[k].re, result[k].im};
+        worst = std::max(worst, static_cast<double>(std::abs(error)));
+    }
+    return worst;
+}
+
+std::vector<Zpp64fc> inputOf(const Transform& t, const Example& e) {
+    const std::size_t n = e.signal.size();
+    std::vector<Zpp64fc> in = e.signal;
+    if (!t.inverse) return in;
+    for (std::size_t k = 0; k < n; ++k) {
+        if (&t.kind == &kReal) {
+            const Exact x = (e.spectrum[k] + std::conj(e.spectrum[(n - k) % n])) / 2.0L;
+            in[k] = {static_cast<double>(x.real()), static_cast<double>(x.imag())};
+        } else {
+            in[k].im = -in[k].im;
+        }
+    }
+    return in;
+}
+
+// The sum that defines the transform, in every flag, with and without a buffer, in place and not. The error
+// stays below 5e-16 of the largest result; that of the real inverse is also the rounding of its input.
+TEST_P(Fft, MatchesTheDefinition) {
+    for (int order = 0; order <= 11; ++order)
+        for (const Transform& t : kTransforms)
+            for (const int flag : {8, 1, 2, 4}) {
+                const Example& e = example(order, 0);
+                const double n = std::ldexp(1, order);
+                const bool scaled = flag == 4 || flag == (t.inverse ? 2 : 1);
+                const double scale = !scaled ? 1 : flag == 4 ? 1 / std::sqrt(n) : 1 / n;
+                const double largest = &t.kind == &kReal && t.inverse ? n : e.largest;
+                const Spec spec(t.kind, order, flag);
+                const auto in = inputOf(t, e);
+                const auto result = t.run(in, spec, nullptr, false);
+                EXPECT_LE(worstError(t, e, result, scale), 1e-15 * largest * scale) << t.name << " " << order;
+                EXPECT_TRUE(sameBits(result, t.run(in, spec, nullptr, true))) << t.name << " " << order;
+                if (flag != 8 || spec.bufSize() == 0) continue;
+                for (const Edge edge : {Edge::kEnd, Edge::kStart}) {
+                    Guarded<Zpp8u> buffer(spec.bufSize(), edge);
+                    EXPECT_TRUE(sameBits(result, t.run(in, spec, buffer, edge == Edge::kEnd))) << t.name;
+                    EXPECT_TRUE(buffer.intact()) << t.name << " " << order;
+                }
+            }
+}
+
+// Signals of three elements, whose spectra are known for any length. The largest result is then little above
+// the others, the error relative to it near its worst: up to 8e-16.
+TEST_P(Fft, LongTransforms) {
+    for (const int order : {12, 13, 15, 16, 17, 18, 19})
+        for (const Transform& t : kTransforms) {
+            const Example& e = example(order, 3);
+            const Spec spec(t.kind, order);
+            Guarded<Zpp8u> buffer(spec.bufSize());
+            const auto in = inputOf(t, e);
+            const auto result = t.run(in, spec, buffer, order % 2 == 0);
+            const double largest = &t.kind == &kReal && t.inverse ? std::ldexp(1, order) : e.largest;
+            EXPECT_LE(worstError(t, e, result, 1), 1e-15 * largest) << t.name << " " << order;
+            EXPECT_TRUE(buffer.intact());
+        }
+}
+
+TEST_P(Fft, ChecksSpecifications) {
+    for (const Kind& kind : kKinds) {
+        int object;
+        ZppsFFTSpec* const unset = reinterpret_cast<ZppsFFTSpec*>(&object);
+        ZppsFFTSpec* spec = unset;
+        const long blocks = liveBlocks();
+        EXPECT_EQ(kind.init(nullptr, 31, 0, 0), zppStatusNullPointer);
+        for (const int order : {-1, 31, INT_MIN}) EXPECT_EQ(kind.init(&spec, order, 0, 0), zppStatusFftOrder);
+        for (const int flag : {0, 3, 5, 6, 7, 16, -1})
+            EXPECT_EQ(kind.init(&spec, 5, flag, 0), zppStatusFftFlag);
+        EXPECT_EQ(spec, unset);
+        EXPECT_EQ(liveBlocks(), blocks);
+
+        EXPECT_EQ(kind.free(nullptr), zppStatusNullPointer);
+        for (int order = 0; order <= 30; ++order) {
+            const Spec made(kind, order);
+            int size = -1;
+            EXPECT_EQ(made.bufSize() > 16, order > kind.lastWithoutBuffer) << kind.name << " " << order;
+            EXPECT_EQ(kind.bufSize(nullptr, &size), zppStatusNullPointer);
+            EXPECT_EQ(kind.bufSize(made, nullptr), zppStatusNullPointer);
+            for (const Kind& other : kKinds)
+                if (other.init != kind.init) {
+                    EXPECT_EQ(other.free(made), zppStatusContextMismatch);
+                    EXPECT_EQ(other.bufSize(made, &size), zppStatusContextMismatch);
+                }
+            EXPECT_EQ(size, -1);
+        }
+        EXPECT_EQ(liveBlocks(), blocks);
+    }
+}
+
+TEST_P(Fft, ChecksTransforms) {
+    Guarded<double> dst(32), dstIm(32);
+    const std::vector<double> values(32, 1.0);
+    const double* src = values.data();
+    const auto* csrc = reinterpret_cast<const Zpp64fc*>(src);
+    auto* cdst = reinterpret_cast<Zpp64fc*>(dst.data());
+    const Spec complex(kComplex, 4), split(kSplit, 4), real(kReal, 4);
+    for (const auto call : {zppsFFTFwd_CToC_64fc, zppsFFTInv_CToC_64fc}) {
+        EXPECT_EQ(call(csrc, cdst, nullptr, nullptr), zppStatusNullPointer);
+        for (const Spec* other : {&split, &real})
+            EXPECT_EQ(call(nullptr, cdst, *other, nullptr), zppStatusContextMismatch);
+        EXPECT_EQ(call(nullptr, cdst, complex, nullptr), zppStatusNullPointer);
+        EXPECT_EQ(call(csrc, nullptr, complex, nullptr), zppStatusNullPointer);
+    }
+    for (const auto call : {zppsFFTFwd_CToC_64f, zppsFFTInv_CToC_64f}) {
+        EXPECT_EQ(call(src, src, dst, dstIm, nullptr, nullptr), zppStatusNullPointer);
+        for (const Spec* other : {&complex, &real})
+            EXPECT_EQ(call(nullptr, src, dst, dstIm, *other, nullptr), zppStatusContextMismatch);
+        EXPECT_EQ(call(nullptr, src, dst, dstIm, split, nullptr), zppStatusNullPointer);
+        EXPECT_EQ(call(src, nullptr, dst, dstIm, split, nullptr), zppStatusNullPointer);
+        EXPECT_EQ(call(src, src, nullptr, dstIm, split, nullptr), zppStatusNullPointer);
+        EXPECT_EQ(call(src, src, dst, nullptr, split, nullptr), zppStatusNullPointer);
+    }
+    for (const auto call : {zppsFFTFwd_RToPack_64f, zppsFFTFwd_RToPerm_64f, zppsFFTFwd_RToCCS_64f,
+                            zppsFFTInv_PackToR_64f, zppsFFTInv_PermToR_64f, zppsFFTInv_CCSToR_64f}) {
+        EXPECT_EQ(call(src, dst, nullptr, nullptr), zppStatusNullPointer);
+        for (const Spec* other : {&complex, &split})
+            EXPECT_EQ(call(nullptr, dst, *other, nullptr), zppStatusContextMismatch);
+        EXPECT_EQ(call(nullptr, dst, real, nullptr), zppStatusNullPointer);
+        EXPECT_EQ(call(src, nullptr, real, nullptr), zppStatusNullPointer);
+    }
+    EXPECT_TRUE(dst.untouched() && dstIm.untouched());
+}
+
+TEST_P(Fft, ReportsFailedAllocations) {
+    const long blocks = liveBlocks();
+    for (const Kind& kind : kKinds)
+        for (const int order : {0, 3, 9, 12, 17, 30})
+            for (int n = 0;; ++n) {
+                ZppsFFTSpec* spec = nullptr;
+                ZppStatus status;
+                {
+                    const FailingHeap heap(n);
+                    status = kind.init(&spec, order, 8, 0);
+                }
+                if (status == zppStatusOk) {
+                    EXPECT_GE(n, 1);
+                    kind.free(spec);
+                    break;
+                }
+                EXPECT_EQ(status, zppStatusAllocationFailed);
+                EXPECT_EQ(spec, nullptr);
+                ASSERT_EQ(liveBlocks(), blocks) << kind.name << " " << order << " " << n;
+            }
+
+    const std::vector<double> src(4096);
+    Guarded<double> dst(4096);
+    auto* cdst = reinterpret_cast<Zpp64fc*>(dst.data());
+    const Spec complex(kComplex, 11), split(kSplit, 11), real(kReal, 11);
+    std::vector<Zpp8u> buffer(complex.bufSize());
+    const FailingHeap heap(0);
+    const auto* csrc = reinterpret_cast<const Zpp64fc*>(src.data());
+    EXPECT_EQ(zppsFFTFwd_CToC_64fc(csrc, cdst, complex, nullptr), zppStatusAllocationFailed);
+    EXPECT_EQ(zppsFFTInv_CToC_64f(src.data(), src.data(), dst, dst + 2048, split, nullptr),
+              zppStatusAllocationFailed);
+    EXPECT_EQ(zppsFFTFwd_RToPerm_64f(src.data(), dst, real, nullptr), zppStatusAllocationFailed);
+    EXPECT_EQ(zppsFFTInv_PackToR_64f(src.data(), dst, real, nullptr), zppStatusAllocationFailed);
+    EXPECT_TRUE(dst.untouched());
+    EXPECT_EQ(zppsFFTFwd_CToC_64fc(csrc, cdst, complex, buffer.data()), zppStatusOk);
+}
+
+}  // namespace
+}  // namespace zpp::test
