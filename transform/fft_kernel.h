@@ -46,6 +46,7 @@ struct Interleaved {
     ZPP_INLINE void store(size_t i, Complex<V> v) const {
         storeComplex(p + 2 * W * i, kExchange ? Complex<V>{v.im, v.re} : v);
     }
+    bool operator==(const Interleaved& other) const { return p == other.p; }
     Interleaved from(size_t i) const { return {p + 2 * W * i}; }
     Blocks<W> blocks() const { return {p}; }  // the same memory between passes
 };
@@ -65,6 +66,7 @@ struct Split {
         zpp::ZPP_ISA::store(re + W * i, v.re);
         zpp::ZPP_ISA::store(im + W * i, v.im);
     }
+    bool operator==(const Split& other) const { return re == other.re || im == other.im; }
     Split from(size_t i) const { return {re + W * i, im + W * i}; }
     Split blocks() const { return *this; }
 };

@@ -85,8 +85,8 @@ inline void columnTwiddles(const SplitRoots& roots, const LargeScratch& s, size_
 }
 
 // Multiplies a group of transformed columns, from column `first` on, by their twiddles and puts them as rows.
-template <int W, bool kComplexOrder>
-inline void putColumns(Blocks<W> group, Blocks<W> data, Blocks<W> twiddles, const SplitRoots& roots,
+template <int W, bool kComplexOrder, class Data>
+inline void putColumns(Blocks<W> group, Data data, Blocks<W> twiddles, const SplitRoots& roots,
                        const LargeScratch& s, size_t first) {
     const size_t n1 = size_t{1} << s.columnOrder;
     const size_t stepMask = (size_t{1} << s.stepOrder) - 1;
@@ -107,25 +107,37 @@ inline void putColumns(Blocks<W> group, Blocks<W> data, Blocks<W> twiddles, cons
     }
 }
 
-// A transform by the four-step scheme. `work` holds largeScratch().total doubles.
-template <class In, class Out>
-inline void largeTransform(In in, Out out, double* work, const FftTables& tables, double scale) {
+// A transform by the four-step scheme, with the matrix between the steps in `data`. `group` is the part of the
+// work buffer behind the data.
+template <class In, class Data, class Out>
+inline void fourStep(In in, Data data, Out out, double* group, const FftTables& tables, double scale) {
     constexpr int W = sizeof(typename In::V) / sizeof(double);
     constexpr size_t g = kGroup<W>;
     const LargeScratch s = largeScratch(tables.order);
     const size_t n1 = size_t{1} << s.columnOrder, n2 = size_t{1} << s.rowOrder;
-    const Blocks<W> data{work}, a{work + s.data}, b{work + s.data + s.group},
-        twiddles{work + s.data + 2 * s.group};
+    const Blocks<W> a{group}, b{group + s.group}, twiddles{group + 2 * s.group};
     for (size_t i = 0; i < n2 / W; i += g) {
         const Columns<W, In> columns{in.from(i), n2 / W};
         passesFrom(columns, a, b, a, n1, g, tables.columns[0], 1.0);
         putColumns<W, In::kComplexOrder>(a, data, twiddles, tables.roots, s, i * W);
     }
     for (size_t i = 0; i < n1 / W; i += g) {
-        const Columns<W, Blocks<W>> columns{data.from(i), n1 / W};
+        const Columns<W, Data> columns{data.from(i), n1 / W};
         const Columns<W, Out> rows{out.from(i), n1 / W};
         passesFrom(columns, a, b, rows, n2, g, tables.columns[1], scale);
     }
+}
+
+// The second step reads and writes the same columns, so the destination serves for the matrix between the steps
+// unless it is also the source. `work` holds largeScratch().total doubles.
+template <class In, class Out>
+inline void largeTransform(In in, Out out, double* work, const FftTables& tables, double scale) {
+    constexpr int W = sizeof(typename In::V) / sizeof(double);
+    double* group = work + largeScratch(tables.order).data;
+    if (in == out)
+        fourStep(in, Blocks<W>{work}, out, group, tables, scale);
+    else
+        fourStep(in, out.blocks(), out, group, tables, scale);
 }
 
 // Takes the two halves of n elements in turn, in place: p[2 i] = p[i], p[2 i + 1] = p[n / 2 + i].

@@ -212,8 +212,8 @@ std::vector<Zpp64fc> inputOf(const Transform& t, const Example& e) {
     return in;
 }
 
-// The sum that defines the transform, in every flag, with and without a buffer, in place and not. The error
-// stays below 5e-16 of the largest result; that of the real inverse is also the rounding of its input.
+// The sum that defines the transform, in every flag, with and without a buffer, in place and not. The worst
+// error is 4e-16 of the largest result; of the real inverse 7e-16, with the rounding of its input.
 TEST_P(Fft, MatchesTheDefinition) {
     for (int order = 0; order <= 11; ++order)
         for (const Transform& t : kTransforms)
