@@ -128,6 +128,18 @@ ZPP_INLINE V mulSubFrom(V a, V b, V c) {
     return mulAdd(-a, b, c);
 }
 
+// v, held in a register from here on: a compiler otherwise loads a vector that several fused multiply-adds use
+// once for each of them.
+template <class V>
+ZPP_INLINE V pinned(V v) {
+#if defined(__AVX512F__)
+    __asm__("" : "+v"(v));
+#elif defined(__SSE2_MATH__)
+    __asm__("" : "+x"(v));
+#endif
+    return v;
+}
+
 // Lanes of the concatenation of a and b, chosen by index.
 template <int... I, class V>
 ZPP_INLINE V shuffle(V a, V b) {
@@ -154,6 +166,39 @@ ZPP_INLINE V oddLanes(V a, V b) {
         return shuffle<1, 5, 3, 7>(a, b);
     else
         return shuffle<1, 3>(a, b);
+}
+
+// The lanes of each pair exchanged: (im, re) for (re, im).
+template <class V>
+ZPP_INLINE V swapPairs(V v) {
+    if constexpr (sizeof(V) == 64)
+        return shuffle<1, 0, 3, 2, 5, 4, 7, 6>(v, v);
+    else if constexpr (sizeof(V) == 32)
+        return shuffle<1, 0, 3, 2>(v, v);
+    else
+        return shuffle<1, 0>(v, v);
+}
+
+// a - b in the even lanes, a + b in the odd ones.
+template <class V>
+ZPP_INLINE V subtractAdd(V a, V b) {
+    if constexpr (sizeof(V) == 64)
+        return shuffle<0, 9, 2, 11, 4, 13, 6, 15>(a - b, a + b);
+    else if constexpr (sizeof(V) == 32)
+        return shuffle<0, 5, 2, 7>(a - b, a + b);
+    else
+        return shuffle<0, 3>(a - b, a + b);
+}
+
+// The pairs in reverse order.
+template <class V>
+ZPP_INLINE V reversePairs(V v) {
+    if constexpr (sizeof(V) == 64)
+        return shuffle<6, 7, 4, 5, 2, 3, 0, 1>(v, v);
+    else if constexpr (sizeof(V) == 32)
+        return shuffle<2, 3, 0, 1>(v, v);
+    else
+        return v;
 }
 
 // The lanes of a vector of 64-bit elements in reverse order.

@@ -1,0 +1,119 @@
+// The state of a FIR filter, and what the files of the FIR filters know about it.
+#pragma once
+
+#include "core/checks.h"
+#include "core/loops.h"
+#include "core/move.h"
+
+// The areas behind the header begin on multiples of 16 bytes: the taps, last one first; the delay buffer of
+// 3 tapsLen + 4 elements, with the delay line from delayPosition on, oldest sample first; the work area; for
+// the FFT path then the transform's buffer, the spectrum of the taps and the block that is transformed.
+// Everything is of double precision.
+struct ZppsFIRState {
+    int32_t id;
+    void* taps;
+    void* delayBuffer;
+    int32_t tapsLen;
+    int32_t directLimit;  // tapsLen rounded up to a multiple of 4, plus 1
+    ZppsFFTSpec* spec;    // null: no FFT path
+    void* spectrum;
+    int32_t fftLen;  // -1: no FFT path
+    int32_t delayPosition;
+    int32_t delayLen;
+    void* work;
+    Zpp8u* fftBuffer;
+    ZppsFFTSpec* ownedSpec;  // the same, to be released with the state
+    void* block;
+    int32_t allocated;
+    uintptr_t reserved[13];  // zero
+};
+static_assert(sizeof(ZppsFIRState) == (sizeof(void*) == 4 ? 112 : 208));
+
+namespace zpp::ZPP_ISA {
+
+inline constexpr size_t kWorkElements = 4096;
+
+// The type pairs. Sample is the type of the taps, of the delay line inside the state and of all arithmetic;
+// Data that of the signal. kBufferSlack bytes of a caller's buffer are there to align the state in it;
+// complex states have none, and the last element of their work area is not used.
+struct Fir64f {
+    using Sample = Zpp64f;
+    using Data = Zpp64f;
+    static constexpr int32_t kSingleRate = 0x46493133, kMultiRate = 0x46493135;
+    static constexpr size_t kBufferSlack = 15;
+    static constexpr int kFftTaps = 32;  // with fewer there is no FFT path
+
+    static constexpr auto initFft = zppsFFTInitAlloc_R_64f;
+    static constexpr auto fftBufSize = zppsFFTGetBufSize_R_64f;
+    static constexpr auto freeFft = zppsFFTFree_R_64f;
+    static constexpr auto forward = zppsFFTFwd_RToPerm_64f;
+    static constexpr auto multiply = zppsMulPerm_64f_I;
+    static constexpr auto inverse = zppsFFTInv_PermToR_64f;
+};
+
+struct Fir64fc {
+    using Sample = Zpp64fc;
+    using Data = Zpp64fc;
+    static constexpr int32_t kSingleRate = 0x46493134, kMultiRate = 0x46493136;
+    static constexpr size_t kBufferSlack = 0;
+    static constexpr int kFftTaps = 16;
+
+    static constexpr auto initFft = zppsFFTInitAlloc_C_64fc;
+    static constexpr auto fftBufSize = zppsFFTGetBufSize_C_64fc;
+    static constexpr auto freeFft = zppsFFTFree_C_64fc;
+    static constexpr auto forward = zppsFFTFwd_CToC_64fc;
+    static constexpr auto multiply = zppsMul_64fc_I;
+    static constexpr auto inverse = zppsFFTInv_CToC_64fc;
+};
+
+struct Fir64f32f : Fir64f {
+    using Data = Zpp32f;
+    static constexpr int32_t kSingleRate = 0x46493137, kMultiRate = 0x46493139;
+};
+
+struct Fir64fc32fc : Fir64fc {
+    using Data = Zpp32fc;
+    static constexpr int32_t kSingleRate = 0x46493138, kMultiRate = 0x46493230;
+};
+
+// The areas of a state, as Samples.
+template <class F>
+inline auto* tapsOf(const ZppsFIRState* state) {
+    return static_cast<typename F::Sample*>(state->taps);
+}
+template <class F>
+inline auto* delayBufferOf(const ZppsFIRState* state) {
+    return static_cast<typename F::Sample*>(state->delayBuffer);
+}
+template <class F>
+inline auto* spectrumOf(const ZppsFIRState* state) {
+    return static_cast<typename F::Sample*>(state->spectrum);
+}
+
+// Only for a pointer that is not null.
+template <class F>
+inline ZppStatus checkSingleRate(const ZppsFIRState* state) {
+    return require(state->id == F::kSingleRate, zppStatusContextMismatch);
+}
+template <class F>
+inline ZppStatus checkAnyRate(const ZppsFIRState* state) {
+    return require(state->id == F::kSingleRate || state->id == F::kMultiRate, zppStatusContextMismatch);
+}
+
+// One element from the precision of the signal to that of the state, and back, rounded to nearest.
+inline Zpp64f widened(Zpp32f x) { return x; }
+inline Zpp64fc widened(Zpp32fc x) { return {x.re, x.im}; }
+inline Zpp32f narrowed(Zpp64f x) { return static_cast<Zpp32f>(x); }
+inline Zpp32fc narrowed(Zpp64fc x) { return {narrowed(x.re), narrowed(x.im)}; }
+
+template <class To, class From>
+inline void convertElement(const From& from, To& to) {
+    if constexpr (std::is_same_v<To, From>)
+        memcpy(&to, &from, sizeof to);  // also a signalling NaN, which the x87 unit would change
+    else if constexpr (sizeof(To) > sizeof(From))
+        to = widened(from);
+    else
+        to = narrowed(from);
+}
+
+}  // namespace zpp::ZPP_ISA
