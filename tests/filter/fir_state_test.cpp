@@ -1,0 +1,233 @@
+#include <climits>
+
+#include "tests/filter/fir_support.h"
+#include "tests/support/binding.h"
+#include "tests/support/compare.h"
+#include "tests/support/guarded.h"
+#include "tests/support/heap.h"
+
+namespace zpp::test {
+namespace {
+
+class FirState : public BoundTest {};
+ZPP_FOR_ALL_BINDINGS(FirState);
+
+TEST_P(FirState, SizesAreExact) {
+    // With 4-byte pointers; the header takes 96 bytes more with 8-byte ones.
+    struct Case {
+        int tapsLen, real, complex;
+    };
+    for (const Case& c : {Case{1, 32975, 65776},
+                          {2, 32991, 65840},
+                          {3, 33039, 65904},
+                          {16, 33439, 66736},
+                          {64, 34975, 69808},
+                          {1001, 64975, 129776}}) {
+        const int header = sizeof(void*) == 4 ? 0 : 96;
+        forEachPair([&](const auto& pair) {
+            int size = 0;
+            EXPECT_EQ(pair.getStateSize(c.tapsLen, &size), zppStatusOk);
+            EXPECT_EQ(size, (pair.kComplex ? c.complex : c.real) + header) << c.tapsLen;
+        });
+    }
+}
+
+TEST_P(FirState, RefusesLengthsWhoseSizeIsNoInt) {
+    forEachPair([](const auto& pair) {
+        using Pair = std::decay_t<decltype(pair)>;
+        int size = 5, longest = INT_MAX / (pair.kComplex ? 64 : 32);
+        while (pair.getStateSize(longest, &size) != zppStatusOk) --longest;
+        EXPECT_GT(size, INT_MAX - 64);
+        EXPECT_GT(longest, INT_MAX / (pair.kComplex ? 64 : 32) - 2000);
+        for (const int tapsLen : {longest + 1, INT_MAX / 16, INT_MAX - 1, INT_MAX}) {
+            typename Pair::Taps tap{};
+            Zpp8u buffer = 0;
+            ZppsFIRState* state = nullptr;
+            size = 5;
+            EXPECT_EQ(pair.getStateSize(tapsLen, &size), zppStatusSizeError);
+            EXPECT_EQ(size, 5);
+            EXPECT_EQ(pair.init(&state, &tap, tapsLen, nullptr, &buffer), zppStatusSizeError);
+            EXPECT_EQ(pair.initAlloc(&state, &tap, tapsLen, nullptr), zppStatusSizeError);
+            EXPECT_EQ(state, nullptr);
+        }
+    });
+}
+
+TEST_P(FirState, ChecksInOrder) {
+    forEachPair([](const auto& pair) {
+        using Pair = std::decay_t<decltype(pair)>;
+        int size = 0;
+        EXPECT_EQ(pair.getStateSize(0, nullptr), zppStatusNullPointer);
+        EXPECT_EQ(pair.getStateSize(0, &size), zppStatusFirLength);
+        EXPECT_EQ(pair.getStateSize(INT_MIN, &size), zppStatusFirLength);
+
+        typename Pair::Taps taps[2] = {};
+        typename Pair::Data line[2] = {};
+        Guarded<Zpp8u> buffer(70000);
+        ZppsFIRState* state = nullptr;
+        EXPECT_EQ(pair.init(nullptr, taps, 0, line, buffer), zppStatusNullPointer);
+        EXPECT_EQ(pair.init(&state, nullptr, 0, line, buffer), zppStatusNullPointer);
+        EXPECT_EQ(pair.init(&state, taps, 0, line, nullptr), zppStatusNullPointer);
+        EXPECT_EQ(pair.init(&state, taps, 0, line, buffer), zppStatusFirLength);
+        EXPECT_TRUE(buffer.untouched());
+        EXPECT_EQ(pair.initAlloc(nullptr, taps, 0, line), zppStatusNullPointer);
+        EXPECT_EQ(pair.initAlloc(&state, nullptr, 0, line), zppStatusNullPointer);
+        EXPECT_EQ(pair.initAlloc(&state, taps, -1, line), zppStatusFirLength);
+        EXPECT_EQ(state, nullptr);
+
+        EXPECT_EQ(pair.free(nullptr), zppStatusNullPointer);
+        EXPECT_EQ(pair.getTaps(nullptr, taps), zppStatusNullPointer);
+        EXPECT_EQ(pair.setTaps(taps, nullptr), zppStatusNullPointer);
+        EXPECT_EQ(pair.getDlyLine(nullptr, line), zppStatusNullPointer);
+        EXPECT_EQ(pair.setDlyLine(nullptr, line), zppStatusNullPointer);
+        Guarded<int> other({0x46493132});  // nothing but the identifier is read
+        auto* wrong = reinterpret_cast<ZppsFIRState*>(other.data());
+        EXPECT_EQ(pair.getTaps(wrong, nullptr), zppStatusNullPointer);
+        EXPECT_EQ(pair.setTaps(nullptr, wrong), zppStatusNullPointer);
+        EXPECT_EQ(pair.getDlyLine(wrong, nullptr), zppStatusNullPointer);
+        for (const int id : {0, 7, 9, 0x46493132, 0x46493235, 0x46493231}) {
+            other.assign({id});
+            EXPECT_EQ(pair.free(wrong), zppStatusContextMismatch);
+            EXPECT_EQ(pair.getTaps(wrong, taps), zppStatusContextMismatch);
+            EXPECT_EQ(pair.setTaps(taps, wrong), zppStatusContextMismatch);
+            EXPECT_EQ(pair.getDlyLine(wrong, line), zppStatusContextMismatch);
+            EXPECT_EQ(pair.setDlyLine(wrong, nullptr), zppStatusContextMismatch);
+        }
+    });
+}
+
+TEST_P(FirState, KnowsItsPair) {
+    forEachPair([](const auto& own) {
+        typename std::decay_t<decltype(own)>::Taps tap{};
+        ZppsFIRState* state = nullptr;
+        ASSERT_EQ(own.initAlloc(&state, &tap, 1, nullptr), zppStatusOk);
+        EXPECT_EQ(identifierOf(state), own.singleRate);
+        for (const int id : {own.singleRate, own.multiRate}) {
+            identifierOf(state) = id;
+            forEachPair([&](const auto& pair) {
+                using Pair = std::decay_t<decltype(pair)>;
+                const ZppStatus expected =
+                    pair.singleRate == own.singleRate ? zppStatusOk : zppStatusContextMismatch;
+                typename Pair::Taps taps[1] = {};
+                typename Pair::Data line[1] = {};
+                EXPECT_EQ(pair.getTaps(state, taps), expected);
+                EXPECT_EQ(pair.setTaps(taps, state), expected);
+                EXPECT_EQ(pair.getDlyLine(state, line), expected);
+                EXPECT_EQ(pair.setDlyLine(state, line), expected);
+                if (expected != zppStatusOk) {
+                    EXPECT_EQ(pair.free(state), expected);
+                }
+            });
+        }
+        EXPECT_EQ(own.free(state), zppStatusOk);  // with the multi-rate identifier
+    });
+}
+
+// The values of taps and delay line of a state.
+template <class Pair, class T = typename Pair::Taps, class D = typename Pair::Data>
+void expectHolds(const Pair& pair, const ZppsFIRState* state, const std::vector<T>& taps,
+                 const std::vector<D>& line) {
+    Guarded<T> tapsOut(taps.size());
+    Guarded<D> lineOut(line.size());
+    EXPECT_EQ(pair.getTaps(state, tapsOut), zppStatusOk);
+    EXPECT_EQ(pair.getDlyLine(state, lineOut), zppStatusOk);
+    EXPECT_TRUE(sameBits(taps, tapsOut.values()));
+    EXPECT_TRUE(sameBits(line, lineOut.values()));
+    EXPECT_TRUE(tapsOut.intact() && lineOut.intact());
+}
+
+TEST_P(FirState, FitsTheCallersBufferAtAnyAlignment) {
+    forEachPair([](const auto& pair) {
+        using T = typename std::decay_t<decltype(pair)>::Taps;
+        using D = typename std::decay_t<decltype(pair)>::Data;
+        for (const int tapsLen : {1, 2, 5, 63, 200})
+            for (std::size_t shift = 0; shift < 17; ++shift) {
+                const auto n = static_cast<std::size_t>(tapsLen);
+                const auto taps = randomElements<T>(n, 1), otherTaps = randomElements<T>(n, 2);
+                const auto line = randomElements<D>(n, 3), otherLine = randomElements<D>(n, 4);
+                int size = 0;
+                ASSERT_EQ(pair.getStateSize(tapsLen, &size), zppStatusOk);
+                Guarded<Zpp8u> buffer(static_cast<std::size_t>(size) + shift);
+                const std::vector<Zpp8u> rest(buffer.end() - shift, buffer.end());
+                ZppsFIRState* state = nullptr;
+                ASSERT_EQ(pair.init(&state, taps.data(), tapsLen, line.data(), buffer), zppStatusOk);
+                EXPECT_EQ(reinterpret_cast<std::uintptr_t>(state) % 16, 0u);
+                expectHolds(pair, state, taps, line);
+                EXPECT_EQ(pair.setTaps(otherTaps.data(), state), zppStatusOk);
+                expectHolds(pair, state, otherTaps, line);
+
+                Guarded<D> signal(randomElements<D>(5000, 5));
+                D y;
+                EXPECT_EQ(pair.filterInPlace(signal, signal.len(), state), zppStatusOk);
+                EXPECT_EQ(pair.filterOne(line[0], &y, state), zppStatusOk);
+                EXPECT_EQ(pair.setDlyLine(state, otherLine.data()), zppStatusOk);
+                expectHolds(pair, state, otherTaps, otherLine);
+                EXPECT_EQ(pair.setDlyLine(state, nullptr), zppStatusOk);
+                expectHolds(pair, state, otherTaps, std::vector<D>(n));
+
+                const auto before = buffer.values();
+                EXPECT_EQ(pair.free(state), zppStatusOk);
+                EXPECT_TRUE(sameBits(before, buffer.values()));
+                EXPECT_TRUE(buffer.intact() && signal.intact());
+                EXPECT_TRUE(sameBits(rest, std::vector<Zpp8u>(buffer.end() - shift, buffer.end())));
+            }
+    });
+}
+
+TEST_P(FirState, AllocatesAllOrNothing) {
+    const long before = liveBlocks();
+    forEachPair([](const auto& pair) {
+        using T = typename std::decay_t<decltype(pair)>::Taps;
+        using D = typename std::decay_t<decltype(pair)>::Data;
+        for (const int tapsLen : {1, 15, 16, 31, 32, 100, 3000}) {
+            const auto taps = randomElements<T>(static_cast<std::size_t>(tapsLen), 1);
+            const auto line = randomElements<D>(taps.size(), 2);
+            ZppsFIRState* state = nullptr;
+            int failures = 0;
+            for (ZppStatus status = zppStatusError; status != zppStatusOk; ++failures) {
+                const long live = liveBlocks();
+                {
+                    const FailingHeap heap(failures);
+                    status = pair.initAlloc(&state, taps.data(), tapsLen, line.data());
+                }
+                if (status == zppStatusOk) break;
+                EXPECT_EQ(status, zppStatusAllocationFailed);
+                EXPECT_EQ(state, nullptr);
+                EXPECT_EQ(liveBlocks(), live);
+                ASSERT_LT(failures, 100);
+            }
+            EXPECT_GE(failures,
+                      tapsLen < (pair.kComplex ? 16 : 32) ? 1 : 2);  // with FFT: its specification too
+            expectHolds(pair, state, taps, line);
+            EXPECT_EQ(pair.free(state), zppStatusOk);
+        }
+    });
+    EXPECT_EQ(liveBlocks(), before);
+}
+
+TEST_P(FirState, GivesUpTheFftWhenItFails) {
+    forEachPair([](const auto& pair) {
+        using T = typename std::decay_t<decltype(pair)>::Taps;
+        using D = typename std::decay_t<decltype(pair)>::Data;
+        const auto taps = randomElements<T>(40, 1), otherTaps = randomElements<T>(40, 2);
+        ZppsFIRState* state = nullptr;
+        ASSERT_EQ(pair.initAlloc(&state, taps.data(), 40, nullptr), zppStatusOk);
+        int* spec = specificationOf(state);
+        const int id = *spec;
+        *spec = 0;
+        EXPECT_EQ(pair.setTaps(otherTaps.data(), state), zppStatusContextMismatch);
+        EXPECT_EQ(specificationOf(state), nullptr);
+        *spec = id;  // the state could not release it
+        auto* owned = reinterpret_cast<ZppsFFTSpec*>(spec);
+        EXPECT_EQ(pair.kComplex ? zppsFFTFree_C_64fc(owned) : zppsFFTFree_R_64f(owned), zppStatusOk);
+
+        std::vector<D> signal = randomElements<D>(1000, 3), y(1000);
+        EXPECT_EQ(pair.filter(signal.data(), y.data(), 1000, state), zppStatusOk);
+        EXPECT_TRUE(Convolution(otherTaps, std::vector<D>(40), signal).isNear(y, 40));
+        EXPECT_EQ(pair.setTaps(taps.data(), state), zppStatusOk);
+        EXPECT_EQ(pair.free(state), zppStatusOk);
+    });
+}
+
+}  // namespace
+}  // namespace zpp::test

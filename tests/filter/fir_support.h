@@ -1,0 +1,151 @@
+// What the tests of the FIR filters share: the functions of each type pair, and the convolution sum.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <type_traits>
+#include <vector>
+
+#include "tests/support/random.h"
+#include "zpp.h"
+
+namespace zpp::test {
+
+template <class T, class D>
+struct FirPair {
+    using Taps = T;
+    using Data = D;
+    static constexpr bool kComplex = std::is_same_v<T, Zpp64fc>;
+    static constexpr bool kSingle = sizeof(D) < sizeof(T);
+
+    const char* name;
+    int singleRate, multiRate;
+    ZppStatus (*getStateSize)(int, int*);
+    ZppStatus (*init)(ZppsFIRState**, const T*, int, const D*, Zpp8u*);
+    ZppStatus (*initAlloc)(ZppsFIRState**, const T*, int, const D*);
+    ZppStatus (*free)(ZppsFIRState*);
+    ZppStatus (*getTaps)(const ZppsFIRState*, T*);
+    ZppStatus (*setTaps)(const T*, ZppsFIRState*);
+    ZppStatus (*getDlyLine)(const ZppsFIRState*, D*);
+    ZppStatus (*setDlyLine)(ZppsFIRState*, const D*);
+    ZppStatus (*filter)(const D*, D*, int, ZppsFIRState*);
+    ZppStatus (*filterInPlace)(D*, int, ZppsFIRState*);
+    ZppStatus (*filterOne)(D, D*, ZppsFIRState*);
+};
+
+// Calls check(pair) for each pair.
+template <class Check>
+void forEachPair(Check check) {
+    const auto run = [&](const auto& pair) {
+        SCOPED_TRACE(pair.name);
+        check(pair);
+    };
+    run(FirPair<Zpp64f, Zpp64f>{"_64f", 0x46493133, 0x46493135, zppsFIRGetStateSize_64f, zppsFIRInit_64f,
+                                zppsFIRInitAlloc_64f, zppsFIRFree_64f, zppsFIRGetTaps_64f, zppsFIRSetTaps_64f,
+                                zppsFIRGetDlyLine_64f, zppsFIRSetDlyLine_64f, zppsFIR_64f, zppsFIR_64f_I,
+                                zppsFIROne_64f});
+    run(FirPair<Zpp64fc, Zpp64fc>{"_64fc", 0x46493134, 0x46493136, zppsFIRGetStateSize_64fc, zppsFIRInit_64fc,
+                                  zppsFIRInitAlloc_64fc, zppsFIRFree_64fc, zppsFIRGetTaps_64fc,
+                                  zppsFIRSetTaps_64fc, zppsFIRGetDlyLine_64fc, zppsFIRSetDlyLine_64fc,
+                                  zppsFIR_64fc, zppsFIR_64fc_I, zppsFIROne_64fc});
+    run(FirPair<Zpp64f, Zpp32f>{"64f_32f", 0x46493137, 0x46493139, zppsFIRGetStateSize64f_32f,
+                                zppsFIRInit64f_32f, zppsFIRInitAlloc64f_32f, zppsFIRFree64f_32f,
+                                zppsFIRGetTaps64f_32f, zppsFIRSetTaps64f_32f, zppsFIRGetDlyLine64f_32f,
+                                zppsFIRSetDlyLine64f_32f, zppsFIR64f_32f, zppsFIR64f_32f_I,
+                                zppsFIROne64f_32f});
+    run(FirPair<Zpp64fc, Zpp32fc>{"64fc_32fc", 0x46493138, 0x46493230, zppsFIRGetStateSize64fc_32fc,
+                                  zppsFIRInit64fc_32fc, zppsFIRInitAlloc64fc_32fc, zppsFIRFree64fc_32fc,
+                                  zppsFIRGetTaps64fc_32fc, zppsFIRSetTaps64fc_32fc,
+                                  zppsFIRGetDlyLine64fc_32fc, zppsFIRSetDlyLine64fc_32fc, zppsFIR64fc_32fc,
+                                  zppsFIR64fc_32fc_I, zppsFIROne64fc_32fc});
+}
+
+// A wrong specification inside a state is the one way to make its transforms fail.
+inline int*& specificationOf(ZppsFIRState* state) {
+    struct Header {
+        int id;
+        void *taps, *delayBuffer;
+        int tapsLen, directLimit;
+        int* spec;
+    };
+    return reinterpret_cast<Header*>(state)->spec;
+}
+inline int& identifierOf(ZppsFIRState* state) { return *reinterpret_cast<int*>(state); }
+
+struct Exact {
+    long double re = 0, im = 0;
+};
+inline Exact exact(double x) { return {x, 0}; }
+inline Exact exact(float x) { return {x, 0}; }
+inline Exact exact(Zpp64fc x) { return {x.re, x.im}; }
+inline Exact exact(Zpp32fc x) { return {x.re, x.im}; }
+inline long double magnitude(Exact x) { return std::hypot(x.re, x.im); }
+
+template <class T>
+std::vector<T> randomElements(std::size_t n, std::uint64_t stream) {
+    Random random(stream);
+    std::vector<T> values(n);
+    for (T& x : values) {
+        if constexpr (std::is_floating_point_v<T>)
+            x = static_cast<T>(random.uniform());
+        else
+            x = {static_cast<decltype(x.re)>(random.uniform()),
+                 static_cast<decltype(x.im)>(random.uniform())};
+    }
+    return values;
+}
+
+// The convolution sum, written out, and for each output the sum of the products' magnitudes.
+struct Convolution {
+    std::vector<Exact> sums;
+    std::vector<long double> magnitudes;
+    long double energy = 0;  // norm of the taps times norm of all samples
+
+    // `past` holds x(-1), x(-2), ...
+    template <class T, class D>
+    Convolution(const std::vector<T>& taps, const std::vector<D>& past, const std::vector<D>& signal)
+        : sums(signal.size()), magnitudes(signal.size()) {
+        long double tapEnergy = 0, signalEnergy = 0;
+        for (const T& h : taps) tapEnergy += std::pow(magnitude(exact(h)), 2);
+        for (const D& x : past) signalEnergy += std::pow(magnitude(exact(x)), 2);
+        for (const D& x : signal) signalEnergy += std::pow(magnitude(exact(x)), 2);
+        energy = std::sqrt(tapEnergy * signalEnergy);
+        for (std::size_t n = 0; n < signal.size(); ++n)
+            for (std::size_t k = 0; k < taps.size(); ++k) {
+                const Exact h = exact(taps[k]), x = exact(k <= n ? signal[n - k] : past[k - n - 1]);
+                sums[n].re += h.re * x.re - h.im * x.im;
+                sums[n].im += h.re * x.im + h.im * x.re;
+                magnitudes[n] += (std::fabs(h.re) + std::fabs(h.im)) * (std::fabs(x.re) + std::fabs(x.im));
+            }
+    }
+
+    // Whether `actual` is within the error bound of sums of `terms` products.
+    template <class D>
+    testing::AssertionResult isNear(const std::vector<D>& actual, std::size_t terms) const {
+        return check(actual, [&](std::size_t n) { return (terms + 2) * 0x1p-53L * magnitudes[n]; });
+    }
+    // Whether it is within `units` roundings of the norms, as results of the FFT are.
+    template <class D>
+    testing::AssertionResult isNearByNorm(const std::vector<D>& actual, long double units) const {
+        return check(actual, [&](std::size_t) { return units * 0x1p-53L * energy; });
+    }
+
+  private:
+    template <class D, class Bound>
+    testing::AssertionResult check(const std::vector<D>& actual, Bound bound) const {
+        constexpr bool single = std::is_same_v<D, Zpp32f> || std::is_same_v<D, Zpp32fc>;
+        if (actual.size() != sums.size()) return testing::AssertionFailure() << "sizes differ";
+        for (std::size_t n = 0; n < sums.size(); ++n) {
+            const Exact y = exact(actual[n]);
+            const long double error = magnitude({y.re - sums[n].re, y.im - sums[n].im});
+            const long double allowed = bound(n) + (single ? 0x1p-24L * magnitude(sums[n]) + 0x1p-149L : 0);
+            if (!(error <= allowed))
+                return testing::AssertionFailure()
+                       << "output " << n << " is off by " << error << ", allowed " << allowed;
+        }
+        return testing::AssertionSuccess();
+    }
+};
+
+}  // namespace zpp::test
