@@ -39,7 +39,7 @@ def expect_answers(command, processor_type, column, visits=1):
     found = [line for line in out.splitlines() if line.startswith("type ")]
     if status != 0 or found != [f"type {processor_type} column {column}"] * visits:
         return [f"{' '.join(command)}: status {status}, not type {processor_type} column {column}:\n{out}{error}"]
-    print(f"{' '.join(command[:-1])}: {found[0]}, {out.splitlines()[-1]}")
+    print(f"{' '.join(command)}: {found[0]}, {out.splitlines()[-1]}")
     return []
 
 

@@ -1,0 +1,88 @@
+"""Installs the library into a prefix, moves the prefix, and builds and runs programs of the consumer folder with it.
+
+    install_test.py CMAKE SOURCE BINARY VERSION C_COMPILER CXX_COMPILER [C and C++ flags]
+"""
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+
+CMAKE, SOURCE, BINARY, VERSION, C, CXX, *FLAGS = sys.argv[1:]
+FLAGS = " ".join(FLAGS).split()
+CONSUMER = os.path.join(SOURCE, "tests", "load", "consumer")
+STRICT = ["-pedantic-errors", "-Wall", "-Wextra", "-Werror"]
+
+
+def run(*command, **environment):
+    done = subprocess.run(command, env={**os.environ, **environment}, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                          text=True)
+    if done.returncode != 0:
+        sys.exit(f"{' '.join(command)}: status {done.returncode}\n{done.stdout}")
+    return done.stdout
+
+
+def runs_right(program):
+    out = run(program)
+    if "consumer: right v4.0" not in out:
+        sys.exit(f"{program}: {out}")
+    print(f"{os.path.basename(program)}: {out.strip()}")
+
+
+def check_files(prefix):
+    def headers(folder):
+        return {os.path.relpath(os.path.join(where, name), folder) for where, _, names in os.walk(folder) for name in names}
+
+    expected, found = headers(os.path.join(SOURCE, "include")), headers(os.path.join(prefix, "include"))
+    if not expected or found != expected:
+        sys.exit(f"headers: {sorted(found ^ expected)}")
+    library = [where for where, _, names in os.walk(prefix) if "libzpp.so" in names]
+    major = VERSION.split(".")[0]
+    links = [os.path.join(*library, name) for name in ("libzpp.so", f"libzpp.so.{major}")]
+    names = [os.readlink(link) for link in links]
+    if len(library) != 1 or names != [f"libzpp.so.{major}", f"libzpp.so.{VERSION}"]:
+        sys.exit(f"library: {library} {names}")
+    print(f"{len(found)} headers; libzpp.so -> {' -> '.join(names)}")
+
+
+def with_cmake(prefix, build):
+    out = run(CMAKE, "-S", CONSUMER, "-B", build, "-G", "Ninja" if shutil.which("ninja") else "Unix Makefiles",
+              f"-DCMAKE_PREFIX_PATH={prefix}", f"-DCMAKE_C_COMPILER={C}", f"-DCMAKE_CXX_COMPILER={CXX}",
+              f"-DCMAKE_C_FLAGS={' '.join(FLAGS)}", f"-DCMAKE_CXX_FLAGS={' '.join(FLAGS)}")
+    if f"found zpp {VERSION} in {prefix}" not in out:
+        sys.exit(out)
+    run(CMAKE, "--build", build)
+    for name in ("consumer_c", "consumer_cpp"):
+        runs_right(os.path.join(build, name))
+
+
+def with_pkg_config(prefix, build, tool):
+    places = [where for where, _, names in os.walk(prefix) if "zpp.pc" in names]
+
+    def ask(*question):
+        return run(tool, *question, "zpp", PKG_CONFIG_LIBDIR=":".join(places), PKG_CONFIG_PATH="").split()
+
+    if ask("--modversion") != [VERSION]:
+        sys.exit(f"zpp.pc is of version {ask('--modversion')}")
+    libraries = [*ask("--libs"), "-Wl,-rpath," + ask("--variable=libdir")[0]]
+    for compiler, standard, source in ((C, "-std=c89", "consumer.c"), (CXX, "-std=c++20", "consumer.cpp")):
+        program = os.path.join(build, f"pkg-config-{source}.out")
+        run(compiler, *FLAGS, standard, *STRICT, os.path.join(CONSUMER, source), *ask("--cflags"), *libraries, "-o", program)
+        runs_right(program)
+
+
+def main():
+    with tempfile.TemporaryDirectory() as folder:
+        first, prefix = os.path.join(folder, "first"), os.path.join(folder, "moved", "prefix")
+        run(CMAKE, "--install", BINARY, "--prefix", first)
+        shutil.move(first, prefix)
+        check_files(prefix)
+        with_cmake(prefix, os.path.join(folder, "build"))
+        tool = shutil.which("pkg-config")
+        if tool is None:
+            print("skipped: pkg-config is not installed; zpp.pc was not tested, the rest passed")
+            sys.exit(77)
+        with_pkg_config(prefix, folder, tool)
+
+
+main()

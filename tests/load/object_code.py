@@ -1,0 +1,266 @@
+"""Reads the object code of the library and of its ISA builds, and fails on what must not be there.
+
+    object_code.py exports      LIBRARY --headers DIR -- COMPILER FLAGS...
+    object_code.py linkage      LIBRARY
+    object_code.py symbols      ISA OBJECTS...
+    object_code.py instructions ISA OBJECTS...
+    object_code.py uppers       ISA OBJECTS...
+    object_code.py stack        ISA OBJECTS...
+
+Each check returns its complaints and a line on what it has seen. The tables of instructions are in
+instruction_sets.py; that every check catches what it is for is tested in object_code_test.py.
+"""
+import re
+import subprocess
+import sys
+from typing import NamedTuple
+
+import instruction_sets
+
+
+def output(*command, **options):
+    return subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True, **options).stdout
+
+
+# --- The built library -----------------------------------------------------------------------------------------
+
+
+def declared(headers, compiler):
+    """The functions that a program sees, which must be those of the list mode too."""
+    preprocess = [*compiler, "-x", "c", "-E", "-P", f"{headers}/zpp.h"]
+    seen = re.findall(r"^extern [^;(]*?(\w+)\s*\(", output(*preprocess), re.M)
+    macros = ["-DZPP_LIST(r,n,a)=EXPORT:n", "-DZPP_LIST_SHARED=ZPP_LIST", "-DZPP_LIST_COLUMN=ZPP_LIST"]
+    listed = re.findall(r"EXPORT:(\w+)", output(*preprocess, *macros))
+    if not seen or seen != listed:
+        sys.exit(f"the headers declare {len(seen)} functions, their list mode {len(listed)}: {set(seen) ^ set(listed)}")
+    return seen
+
+
+def check_exports(library, expected):
+    """Exactly the expected functions, as stubs of 16 bytes one behind the other in the expected order."""
+    rows = [line.split() for line in output("nm", "-D", "-S", "--defined-only", library).splitlines()]
+    faults = [f"exported, but no function with a size: {' '.join(row)}" for row in rows if len(row) != 4 or row[2] != "T"]
+    stubs = sorted((int(row[0], 16), int(row[1], 16), row[3]) for row in rows if len(row) == 4)
+    exported = [name for _, _, name in stubs]
+    faults += [f"exported, but not declared: {name}" for name in sorted(set(exported) - set(expected))]
+    faults += [f"declared, but not exported: {name}" for name in sorted(set(expected) - set(exported))]
+    if not faults:
+        faults += [f"not in the order of the headers: {a}" for a, b in zip(exported, expected) if a != b][:1]
+        faults += [f"{size} bytes: stub of {name}" for _, size, name in stubs if size > 16]
+        base = stubs[0][0]
+        faults += [f"not 16 bytes behind the stub before it: {name}"
+                   for i, (address, _, name) in enumerate(stubs) if address != base + 16 * i or address % 16 != 0]
+    return faults, f"{len(exported)} exports of {len(expected)} declared functions"
+
+
+NEEDED = re.compile(r"libc\.so\.6|libm\.so\.6|ld-linux(-x86-64)?\.so\.2")
+INITIALISERS = {"zpp::(anonymous namespace)::attach()", "frame_dummy"}
+FINALISERS = {"__do_global_dtors_aux"}  # the compiler's own, as frame_dummy is
+
+
+def pointers(library, section):
+    """The functions that an array of pointers of the unrelocated file names."""
+    width = 8 if "elf64" in output("objdump", "-f", library) else 4
+    dump = output("readelf", "-x", section, library)
+    data = bytes.fromhex("".join(re.findall(r"^  0x[0-9a-f]+ ((?:[0-9a-f]{2,8} ?){1,4})", dump, re.M)).replace(" ", ""))
+    names = {}
+    for line in output("nm", "-C", "--defined-only", library).splitlines():
+        address, kind, name = line.split(" ", 2)
+        if kind in "tT":
+            names[int(address, 16)] = name
+    entries = [int.from_bytes(data[i:i + width], "little") for i in range(0, len(data), width)]
+    return [names.get(entry, hex(entry)) for entry in entries]
+
+
+def check_linkage(library):
+    dynamic = output("readelf", "-dW", library)
+    needed = re.findall(r"\(NEEDED\).*\[(.*)\]", dynamic)
+    faults = [f"needs {name}" for name in needed if not NEEDED.fullmatch(name)]
+    soname = re.findall(r"\(SONAME\).*\[(.*)\]", dynamic)
+    if soname != ["libzpp.so.4"]:
+        faults.append(f"soname {soname}")
+    for tag in ("TEXTREL", "RPATH", "RUNPATH", "PREINIT_ARRAY"):
+        if re.search(rf"\b{tag}\b", dynamic):
+            faults.append(f"has {tag}")
+    segments = re.findall(r"^  (LOAD|GNU_STACK) .* ([R ][W ][E ]) +0x", output("readelf", "-lW", library), re.M)
+    if "GNU_STACK" not in dict(segments):
+        faults.append("says nothing of its stack, which is executable then")
+    faults += [f"{kind} segment is {flags}" for kind, flags in segments
+               if flags.endswith("E") and (kind == "GNU_STACK" or "W" in flags)]
+    started, ended = pointers(library, ".init_array"), pointers(library, ".fini_array")
+    faults += [f"runs at load: {name}" for name in started if name not in INITIALISERS]
+    faults += [f"runs at unload: {name}" for name in ended if name not in FINALISERS]
+    if len(started) != len(set(started)) or "zpp::(anonymous namespace)::attach()" not in started:
+        faults.append(f"the load routine does not run just once: {started}")
+    undefined = [line.split()[-1] for line in output("nm", "-D", "--undefined-only", library).splitlines()]
+    faults += [f"takes from elsewhere: {name}" for name in undefined
+               if "@GLIBC_" not in name and name not in ("__gmon_start__", "_ITM_deregisterTMCloneTable",
+                                                         "_ITM_registerTMCloneTable", "__cxa_finalize")]
+    return faults, f"needs {' '.join(needed)}; {len(started)} entries in .init_array; {len(undefined)} symbols from outside"
+
+
+# --- The objects of one ISA build ------------------------------------------------------------------------------
+
+
+def check_symbols(isa, objects):
+    """Nothing that the linker could merge with, or that could call, another build."""
+    own = re.compile(rf"_Z(?:GV|T[VTISC])?(?:Z?N[VKrRO]*)+3zpp{len(isa)}{isa}(?=\d|L|[A-Z])")
+    other = re.compile(r"3zpp(?:3x87|3sse|4sse2|4avx2|6avx512)(?=\d|L|[A-Z])")
+    thunk = re.compile(r"__x86\.get_pc_thunk\.\w+|DW\.ref\.\w+")  # the compiler's, of integer instructions only
+    faults, count = [], 0
+    for path in objects:
+        for line in output("nm", path).splitlines():
+            kind, name = line.split()[-2:]
+            if kind == "U":
+                if name.startswith("zpp") or (other.search(name) and not own.match(name)):
+                    faults.append(f"{path}: calls out of its build: {name}")
+            elif (kind.isupper() or kind in "vwu") and not thunk.fullmatch(name):
+                count += 1
+                if not own.match(name):
+                    faults.append(f"{path}: visible outside zpp::{isa}: {kind} {name}")
+    if count == 0:
+        faults.append("the objects define nothing")
+    return faults, f"{isa}: {count} symbols of {len(objects)} objects"
+
+
+class Instruction(NamedTuple):
+    address: int
+    code: bytes
+    mnemonic: str
+    operands: str
+    relocated: bool
+
+    def text(self):
+        return f"{self.mnemonic} {self.operands}"
+
+
+LINE = re.compile(r"^ *([0-9a-f]+):\t([0-9a-f ]+)(?:\t([^\t]*))?(\t.*)?$")
+PREFIX = re.compile(r"^(?:(?:rep\w*|lock|data16|addr16|[c-gs]s|notrack|bnd|rex\S*|\{\w+\}) +)+")
+
+
+def functions(path):
+    """(name, instructions) of each function, with the parts that the compiler moved away as functions of their own."""
+    name, body = None, []
+    for line in output("objdump", "-drw", path).splitlines():
+        header = re.match(r"[0-9a-f]+ <(.+)>:$", line)
+        if header:
+            if body:
+                yield name, body
+            name, body = header.group(1), []
+            continue
+        found = LINE.match(line)
+        if found:
+            text = PREFIX.sub("", (found.group(3) or "(bad)").split("#")[0].strip() + " ").split(None, 1)
+            operands = re.sub(r" *<.*>$", "", text[1].strip()) if len(text) > 1 else ""
+            body.append(Instruction(int(found.group(1), 16), bytes.fromhex(found.group(2)),
+                                    text[0] if text else "(prefix)", operands, found.group(4) is not None))
+    if body:
+        yield name, body
+
+
+def check_instructions(isa, objects):
+    """Only instructions on the list of the build, only its registers; and some that show what the build is for."""
+    table = instruction_sets.TABLES[isa]
+    faults, count, evidence = [], 0, 0
+    for path in objects:
+        for name, body in functions(path):
+            for it in body:
+                count += 1
+                evidence += bool(table.evidence.search(it.text()))
+                if not table.allows(it, name):
+                    faults.append(f"{path}: {name}: {it.address:x}: {it.code.hex()} {it.text()}")
+    if count == 0 or (evidence == 0 and not faults):
+        faults.append(f"nothing seen that is peculiar to {isa}, in {count} instructions")
+    return faults, f"{isa}: {count} instructions of {len(objects)} objects, {evidence} peculiar to the build"
+
+
+UPPER = re.compile(r"%[yz]mm\d")
+
+
+def leaves_dirty(body):
+    """The address of a return, or of a jump out of the function, that some path reaches without vzeroupper after a
+    use of a register's upper half. A callee is taken to leave them as it found them."""
+    at = {it.address: i for i, it in enumerate(body)}
+    seen, work = set(), [(0, False)]
+    while work:
+        i, dirty = work.pop()
+        if i >= len(body) or (i, dirty) in seen:
+            continue
+        seen.add((i, dirty))
+        it = body[i]
+        dirty = it.mnemonic not in ("vzeroupper", "vzeroall") and (dirty or bool(UPPER.search(it.operands)))
+        jump = it.mnemonic.startswith("j")
+        target = None if it.relocated or not jump else at.get(int(it.operands, 16)) if it.operands[0] != "*" else None
+        if jump and it.operands[0] == "*" and not it.relocated and len(body) > i + 1:
+            work += [(k, dirty) for k in range(len(body))]  # a switch: it may go anywhere
+        elif it.mnemonic.startswith("ret") or (jump and target is None):
+            if dirty:
+                return it.address
+        elif jump:
+            work.append((target, dirty))
+        if not it.mnemonic.startswith(("jmp", "ret", "ud2")):
+            work.append((i + 1, dirty))
+    return None
+
+
+def check_uppers(isa, objects):
+    faults, count = [], 0
+    for path in objects:
+        for name, body in functions(path):
+            if any(UPPER.search(it.operands) for it in body):
+                count += 1
+                address = leaves_dirty(body)
+                if address is not None:
+                    faults.append(f"{path}: {name}: no vzeroupper on a path to {address:x}")
+    if count == 0:
+        faults.append("no function uses an upper half")
+    return faults, f"{isa}: {count} functions with upper halves"
+
+
+ALIGNED = re.compile(r"v?(movap[sd]|movdqa(32|64)?|movntp[sd]|movntdqa?)|fxsave|fxrstor")
+# With an operand in memory these want it aligned too, unless in VEX or EVEX encoding.
+PACKED = re.compile(r"(?!mov|cvt|pinsr)\w*(?:p[sd]|[bwq]|[^s]d)|por|pxor|pandn")
+REALIGNED = re.compile(r"\$0xf+[ec8]?0,%esp")
+
+
+def check_stack(isa, objects):
+    """On i386: who needs an aligned place on the stack makes it, for the caller may not have aligned its own."""
+    faults, count, realigned = [], 0, 0
+    for path in objects:
+        bodies = {}
+        for name, body in functions(path):
+            bodies.setdefault(name.split(".cold")[0], []).extend(body)
+        for name, body in bodies.items():
+            count += 1
+            makes = any(it.mnemonic == "and" and REALIGNED.match(it.operands) for it in body)
+            realigned += makes
+            needs = [it for it in body if "(%esp" in it.operands and (
+                ALIGNED.fullmatch(it.mnemonic)
+                or (it.mnemonic[0] != "v" and "%xmm" in it.operands and PACKED.fullmatch(it.mnemonic)))]
+            if needs and not makes:
+                faults.append(f"{path}: {name}: {needs[0].address:x}: {needs[0].text()}")
+    if count == 0:
+        faults.append("no function seen")
+    return faults, f"{isa}: {count} functions, {realigned} align their stack"
+
+
+CHECKS = {"symbols": check_symbols, "instructions": check_instructions, "uppers": check_uppers, "stack": check_stack}
+
+
+def main(check, subject, *rest):
+    if check == "exports":
+        _, headers, _, *compiler = rest
+        faults, summary = check_exports(subject, declared(headers, compiler))
+    elif check == "linkage":
+        faults, summary = check_linkage(subject)
+    else:
+        faults, summary = CHECKS[check](subject, rest)
+    print(summary)
+    print(*faults[:40], sep="\n", end="\n" if faults else "")
+    if len(faults) > 40:
+        print(f"and {len(faults) - 40} more")
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))

@@ -1,0 +1,169 @@
+"""Shows that the checks of object_code.py catch what they are for: object_code_test.py i386|x86_64 COMPILER FLAGS..."""
+import os
+import re
+import subprocess
+import sys
+import tempfile
+
+import object_code
+
+ARCH, COMPILER = sys.argv[1], sys.argv[2:]
+FOLDER = tempfile.TemporaryDirectory()
+
+# One instruction a row, separated by bars.
+REFUSED = {
+    "x87": "cmove %ecx,%eax | fucomi %st(1),%st | nopl 0(%eax) | nopw 0(%eax) | endbr32 | movaps %xmm0,%xmm1 | emms |"
+           "paddw %mm0,%mm1 | fisttpl (%eax) | sfence | fcmovbe %st(1),%st | prefetchnta (%eax) | stmxcsr (%eax)",
+    "sse": "addpd %xmm0,%xmm1 | movsd %xmm0,%xmm1 | movdqa %xmm0,%xmm1 | pshufd $1,%xmm0,%xmm1 | movd %eax,%xmm0 |"
+           "cvtsi2sd %eax,%xmm0 | paddw %mm0,%mm1 | cvtpi2ps %mm0,%xmm0 | pshufw $1,%mm0,%mm1 | fisttpl (%eax) |"
+           "ucomisd %xmm0,%xmm1 | pextrw $1,%mm0,%eax | lfence | movnti %eax,(%ecx) | cvtss2sd %xmm0,%xmm1",
+    "sse2": "haddpd %xmm0,%xmm1 | movddup %xmm0,%xmm1 | pshufb %xmm0,%xmm1 | pmovsxbw %xmm0,%xmm1 | lddqu (%eax),%xmm0 |"
+            "roundpd $1,%xmm0,%xmm1 | ptest %xmm0,%xmm1 | pminsd %xmm0,%xmm1 | blendvpd %xmm0,%xmm1 | pmuldq %xmm0,%xmm1 |"
+            "pextrw $1,%xmm0,(%eax) | vaddpd %xmm0,%xmm1,%xmm1 | popcnt %eax,%ecx | lzcnt %eax,%ecx | crc32l %eax,%ecx |"
+            "movbe (%eax),%ecx | paddq %mm0,%mm1 | fisttpl (%eax) | shlx %eax,%ecx,%edx | xgetbv",
+    "avx2": "vaddpd %zmm0,%zmm1,%zmm1 | vmovdqa32 %xmm0,%xmm1 | {evex} vaddpd %xmm0,%xmm1,%xmm1 | kmovw %k1,%eax |"
+            "andn %eax,%ecx,%edx | vaesenc %xmm0,%xmm1,%xmm1 | {vex} vpdpbusd %xmm0,%xmm1,%xmm1 | addpd %xmm0,%xmm1 |"
+            "vfmaddpd %xmm0,%xmm1,%xmm2,%xmm3 | lzcnt %eax,%ecx | adcx %eax,%ecx | vpclmulqdq $1,%xmm0,%xmm1,%xmm1 |"
+            "movaps %xmm0,%xmm1 | paddw %mm0,%mm1",
+    "avx512": "vplzcntd %zmm0,%zmm1 | vpermb %zmm0,%zmm1,%zmm1 | vpdpbusd %zmm0,%zmm1,%zmm1 | vpopcntd %zmm0,%zmm1 |"
+              "vpmadd52luq %zmm0,%zmm1,%zmm1 | vpcompressb %zmm0,%zmm1 | vpshldd $1,%zmm0,%zmm1,%zmm1 | blsr %eax,%ecx |"
+              "vpconflictd %zmm0,%zmm1 | vexp2pd %zmm0,%zmm1 | vcvtne2ps2bf16 %zmm0,%zmm1,%zmm1 | paddw %mm0,%mm1 |"
+              "addpd %xmm0,%xmm1 | vgf2p8mulb %zmm0,%zmm1,%zmm1 | vpmultishiftqb %zmm0,%zmm1,%zmm1",
+    "core-i386": "movaps %xmm0,%xmm1 | cmove %ecx,%eax | xgetbv | fxsave (%eax) | stmxcsr (%eax) | nopl 0(%eax)",
+    "core-x86_64": "haddpd %xmm0,%xmm1 | xgetbv | fxsave (%eax) | vzeroupper | popcnt %eax,%ecx",
+}
+ALLOWED = {
+    "x87": "fld1 | fmull (%eax) | fucom | fnstsw %ax | sahf | fyl2x | rep movsb | xchg %ax,%ax | nop | setnp %al | shld %cl,%eax,%ecx",
+    "sse": "addps %xmm0,%xmm1 | cmpltss %xmm0,%xmm1 | cvttss2si %xmm0,%eax | comiss %xmm0,%xmm1 | cmova %eax,%ecx |"
+           "prefetchnta (%eax) | fcomip | movlps %xmm0,(%eax) | nopl 0(%eax) | ldmxcsr (%eax)",
+    "sse2": "addpd %xmm0,%xmm1 | pextrw $1,%xmm0,%eax | movq %xmm0,(%eax) | cvttpd2dq %xmm0,%xmm1 | pmuludq %xmm0,%xmm1 |"
+            "psrldq $1,%xmm0 | rep bsf %eax,%ecx | cmpnlepd %xmm0,%xmm1 | movntpd %xmm0,(%eax) | packssdw %xmm0,%xmm1",
+    "avx2": "vfmadd231pd %ymm0,%ymm1,%ymm1 | vgatherdpd %ymm0,(%eax,%xmm1),%ymm2 | shlx %eax,%ecx,%edx | vzeroupper |"
+            "vcvtph2ps %xmm0,%ymm1 | vblendvpd %ymm0,%ymm1,%ymm2,%ymm3 | vcmpeq_uqpd %ymm0,%ymm1,%ymm1 | mulx %eax,%ecx,%edx |"
+            "vpermq $1,%ymm0,%ymm1 | vpmovsxwd %xmm0,%ymm1 | vroundpd $1,%ymm0,%ymm1 | vcvtpd2dqy %ymm0,%xmm1 | vmovntps %ymm0,(%eax)",
+    "avx512": "vpternlogd $1,%zmm0,%zmm1,%zmm1 | kortestb %k0,%k1 | vpermt2pd %zmm0,%zmm1,%zmm1 | vrndscalepd $1,%zmm0,%zmm1 |"
+              "vfmadd213pd %zmm0,%zmm1,%zmm2{%k1} | vpmovm2q %k0,%zmm1 | vgetexppd %zmm0,%zmm1 | vcvttpd2qq %zmm0,%zmm1 |"
+              "vpcmpltuq %zmm0,%zmm1,%k1 | vpmovusdb %zmm0,%xmm1 | vscatterdpd %zmm0,(%eax,%ymm1){%k1} | vzeroupper | kmovd %k1,%eax |"
+              "vbroadcastf64x4 (%eax),%zmm0 | vscalefpd %zmm0,%zmm1,%zmm1 | vpmaxsq %ymm0,%ymm1,%ymm1 | vcvtuqq2pd %zmm0,%zmm1",
+    "core-i386": "cpuid | rdtsc | bswap %eax",
+    "core-x86_64": "cpuid | movaps %xmm0,%xmm1 | cmove %ecx,%eax",
+}
+NAMED = {"xgetbv": "readExtendedControl", "fxsave (%eax)": "readMxcsrMask", "ldmxcsr (%eax)": "updateMxcsr"}
+
+TEMPLATE = "template <class T> T twice(T x) { return x + x; }\n"
+SYMBOLS = [  # C++ source, the complaint or nothing
+    (TEMPLATE + "namespace zpp::sse2 { int f(int x) { return twice(x); } }", "visible outside.* W .*twice"),
+    ("namespace zpp::sse2 {" + TEMPLATE + "int f(int x) { return twice(x); } }", None),
+    ("int helper() { return 1; } namespace zpp::sse2 { int f() { return helper(); } }", "visible outside.* T .*helper"),
+    ("namespace zpp { inline int shared; namespace sse2 { int* f() { return &shared; } } }", "visible outside.*shared"),
+    ("namespace zpp::avx2 { int f() { return 1; } }", "visible outside.*avx2"),
+    ("namespace zpp::sse { int f() { return 1; } }", "visible outside.*sse"),
+    ("namespace zpp::avx2 { int g(); } namespace zpp::sse2 { int f() { return avx2::g(); } }", "calls out of.*avx2"),
+    ('extern "C" int zppsOne(); namespace zpp::sse2 { int f() { return zppsOne(); } }', "calls out of.*zppsOne"),
+    ("namespace zpp { int* allocate(); namespace sse2 { int f() { static int* p = allocate(); return *p; } } }", None),
+]
+
+USE = "vaddpd %ymm0,%ymm1,%ymm1\n"
+UPPERS = [  # body of a function, whether it is refused
+    (USE + "ret", True),
+    (USE + "vzeroupper\nret", False),
+    (USE + "jmp elsewhere", True),
+    (USE + "vzeroupper\njmp elsewhere", False),
+    ("test %eax,%eax\nje 1f\n" + USE + "vzeroupper\n1: ret", False),
+    ("test %eax,%eax\nje 1f\n" + USE + "jmp 2f\n1: vzeroupper\n2: ret", True),
+    ("1: " + USE + "vzeroupper\n" + USE + "dec %eax\njne 1b\nret", True),
+    (USE + "jne elsewhere\nvzeroupper\nret", True),
+]
+STACK = [
+    ("movaps %xmm0,(%esp)\nret", True),
+    ("vmovapd 16(%esp),%ymm0\nret", True),
+    ("addpd 16(%esp),%xmm0\nret", True),
+    ("fxsave (%esp)\nret", True),
+    ("and $-16,%esp\nmovaps %xmm0,(%esp)\nret", False),
+    ("and $-64,%esp\nvmovapd %zmm0,(%esp)\nret", False),
+    ("movups %xmm0,(%esp)\naddsd 8(%esp),%xmm0\nmovsd %xmm0,(%esp)\nvaddpd (%esp),%xmm0,%xmm0\nret", False),
+]
+
+STUBS = """.text
+.macro stub name, size
+.globl \\name\n.type \\name, @function\n\\name: .zero \\size\n.size \\name, \\size
+.endm
+.p2align 4
+"""
+EXPORTS = [  # source, the declared functions, the complaints
+    (STUBS + "stub a 16\nstub b 16", "a b", []),
+    (STUBS + "stub a 16\nstub b 16", "a", ["exported, but not declared: b"]),
+    (STUBS + "stub a 16", "a b", ["declared, but not exported: b"]),
+    (STUBS + "stub a 16\nstub b 16", "b a", ["not in the order.*"]),
+    (STUBS + "stub a 20\nstub b 16", "a b", ["20 bytes: stub of a", "not 16 bytes behind.*: b"]),
+    (STUBS + "stub a 16\n.data\n.globl d\n.type d, @object\nd: .long 1\n.size d, 4", "a", ["exported, but no function.* d", ".*not declared: d"]),
+]
+LINKAGE = "#include <new>\nint* p; extern int other; __attribute__((constructor)) void early() { p = new int[9]; }\n" \
+          'asm(".pushsection .text\\n.long 0, 0\\n.%s other\\n.popsection");' % ("long" if ARCH == "i386" else "quad")
+LINKAGE_FLAGS = ["-shared", "-fPIC", "-fvisibility=hidden", "-Wl,-z,execstack,-z,notext,-rpath,/lib,-soname,libbad.so", "-w"]
+LINKAGE_FAULTS = ["needs libstdc.*", "soname.*libbad.*", "has TEXTREL", "has R(UN)?PATH", "GNU_STACK segment is RWE",
+                  "runs at load: early.*", "the load routine does not run.*", "takes from elsewhere: _Zna[jm].*",
+                  "takes from elsewhere: other"]
+
+
+def make(language, source, *flags, output="a.o"):
+    path = os.path.join(FOLDER.name, output)
+    subprocess.run([*COMPILER, "-x", language, "-", *(flags or ["-c"]), "-O0", "-o", path],
+                   input=source + "\n", text=True, check=True)
+    return path
+
+
+def main():
+    wrong, count = [], 0
+
+    def expect(what, right, found):
+        nonlocal count
+        count += 1
+        if not right:
+            wrong.append(f"{what}: {found}")
+
+    def function(name, body):
+        return f".text\n.globl {name}\n.type {name}, @function\n{name}:\n{body}\n.size {name}, . - {name}"
+
+    def refuses(check, subject, body, name="f"):
+        faults, _ = check(subject, [make("assembler", function(name, body))])
+        return [fault for fault in faults if fault.startswith(FOLDER.name)]
+
+    mine = set(object_code.instruction_sets.TABLES) - (
+        {"core-x86_64"} if ARCH == "i386" else {"x87", "sse", "core-i386"})
+    for isa in sorted(mine):
+        for text in REFUSED[isa].split("|"):
+            expect(f"{isa} refuses {text}", refuses(object_code.check_instructions, isa, text), "allowed")
+        for text in ALLOWED[isa].split("|"):
+            found = refuses(object_code.check_instructions, isa, text)
+            expect(f"{isa} allows {text}", not found, found)
+        if isa.startswith("core"):
+            for text, name in NAMED.items():
+                expect(f"{isa} allows {text} in {name}", not refuses(object_code.check_instructions, isa, text, name), "refused")
+        faults, _ = object_code.check_instructions(isa, [make("assembler", function("f", "ret"))])
+        expect(f"{isa} misses its own instructions", len(faults) == 1 and "peculiar" in faults[0], faults)
+    for body, refused in UPPERS:
+        found = refuses(object_code.check_uppers, "avx2", body)
+        expect(f"upper halves: {body!r}", bool(found) == refused, found)
+    for body, refused in STACK if ARCH == "i386" else []:
+        found = refuses(object_code.check_stack, "sse2", body)
+        expect(f"stack: {body!r}", bool(found) == refused, found)
+    for source, complaint in SYMBOLS:
+        faults, _ = object_code.check_symbols("sse2", [make("c++", source, "-c", "-std=c++20", "-fno-threadsafe-statics")])
+        right = not faults if complaint is None else faults and all(re.search(complaint, fault) for fault in faults)
+        expect(f"symbols: {source!r}", right, faults)
+    for source, names, complaints in EXPORTS:
+        library = make("assembler", source, "-shared", "-nostdlib", output="a.so")
+        faults, _ = object_code.check_exports(library, names.split())
+        right = len(faults) == len(complaints) and all(map(re.fullmatch, complaints, faults))
+        expect(f"exports: {names}", right, faults)
+    faults, _ = object_code.check_linkage(make("c++", LINKAGE, *LINKAGE_FLAGS, output="a.so"))
+    for complaint in LINKAGE_FAULTS:
+        expect(f"linkage: {complaint}", any(re.fullmatch(complaint, fault) for fault in faults), faults)
+    print(f"{count} expectations of the checks, {len(wrong)} failed")
+    print(*wrong, sep="\n", end="\n" if wrong else "")
+    return 1 if wrong else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
