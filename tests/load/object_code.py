@@ -1,15 +1,13 @@
 """Reads the object code of the library and of its ISA builds, and fails on what must not be there.
 
-    object_code.py exports      LIBRARY --headers DIR -- COMPILER FLAGS...
-    object_code.py linkage      LIBRARY
-    object_code.py symbols      ISA OBJECTS...
-    object_code.py instructions ISA OBJECTS...
-    object_code.py uppers       ISA OBJECTS...
-    object_code.py stack        ISA OBJECTS...
+    object_code.py exports LIBRARY HEADERS COMPILER FLAGS...
+    object_code.py linkage LIBRARY
+    object_code.py objects ARCH BUILD OBJECTS...    of an ISA build, or of the frame: core
 
 Each check returns its complaints and a line on what it has seen. The tables of instructions are in
 instruction_sets.py; that every check catches what it is for is tested in object_code_test.py.
 """
+import functools
 import re
 import subprocess
 import sys
@@ -138,24 +136,22 @@ LINE = re.compile(r"^ *([0-9a-f]+):\t([0-9a-f ]+)(?:\t([^\t]*))?(\t.*)?$")
 PREFIX = re.compile(r"^(?:(?:rep\w*|lock|data16|addr16|[c-gs]s|notrack|bnd|rex\S*|\{\w+\}) +)+")
 
 
+@functools.lru_cache(maxsize=None)
 def functions(path):
     """(name, instructions) of each function, with the parts that the compiler moved away as functions of their own."""
-    name, body = None, []
+    found, body = [], None
     for line in output("objdump", "-drw", path).splitlines():
         header = re.match(r"[0-9a-f]+ <(.+)>:$", line)
+        row = LINE.match(line)
         if header:
-            if body:
-                yield name, body
-            name, body = header.group(1), []
-            continue
-        found = LINE.match(line)
-        if found:
-            text = PREFIX.sub("", (found.group(3) or "(bad)").split("#")[0].strip() + " ").split(None, 1)
+            body = []
+            found.append((header.group(1), body))
+        elif row:
+            text = PREFIX.sub("", (row.group(3) or "(bad)").split("#")[0].strip() + " ").split(None, 1)
             operands = re.sub(r" *<.*>$", "", text[1].strip()) if len(text) > 1 else ""
-            body.append(Instruction(int(found.group(1), 16), bytes.fromhex(found.group(2)),
-                                    text[0] if text else "(prefix)", operands, found.group(4) is not None))
-    if body:
-        yield name, body
+            body.append(Instruction(int(row.group(1), 16), bytes.fromhex(row.group(2)),
+                                    text[0] if text else "(prefix)", operands, row.group(4) is not None))
+    return found
 
 
 def check_instructions(isa, objects):
@@ -244,17 +240,25 @@ def check_stack(isa, objects):
     return faults, f"{isa}: {count} functions, {realigned} align their stack"
 
 
-CHECKS = {"symbols": check_symbols, "instructions": check_instructions, "uppers": check_uppers, "stack": check_stack}
+def check_objects(arch, build, objects):
+    isa = f"core-{arch}" if build == "core" else build
+    checks = [check_instructions]
+    checks += [check_symbols] if build != "core" else []
+    checks += [check_uppers] if build.startswith("avx") else []
+    checks += [check_stack] if arch == "i386" else []
+    results = [check(isa, objects) for check in checks]
+    return [fault for faults, _ in results for fault in faults], "\n".join(summary for _, summary in results)
 
 
-def main(check, subject, *rest):
+def main(check, *arguments):
     if check == "exports":
-        _, headers, _, *compiler = rest
-        faults, summary = check_exports(subject, declared(headers, compiler))
+        library, headers, *compiler = arguments
+        faults, summary = check_exports(library, declared(headers, compiler))
     elif check == "linkage":
-        faults, summary = check_linkage(subject)
+        faults, summary = check_linkage(*arguments)
     else:
-        faults, summary = CHECKS[check](subject, rest)
+        arch, build, *objects = arguments
+        faults, summary = check_objects(arch, build, objects)
     print(summary)
     print(*faults[:40], sep="\n", end="\n" if faults else "")
     if len(faults) > 40:

@@ -1,4 +1,5 @@
 """Shows that the checks of object_code.py catch what they are for: object_code_test.py i386|x86_64 COMPILER FLAGS..."""
+import itertools
 import os
 import re
 import subprocess
@@ -8,7 +9,7 @@ import tempfile
 import object_code
 
 ARCH, COMPILER = sys.argv[1], sys.argv[2:]
-FOLDER = tempfile.TemporaryDirectory()
+FOLDER, NUMBERS = tempfile.TemporaryDirectory(), itertools.count()
 
 # One instruction a row, separated by bars.
 REFUSED = {
@@ -106,8 +107,8 @@ LINKAGE_FAULTS = ["needs libstdc.*", "soname.*libbad.*", "has TEXTREL", "has R(U
                   "takes from elsewhere: other"]
 
 
-def make(language, source, *flags, output="a.o"):
-    path = os.path.join(FOLDER.name, output)
+def make(language, source, *flags, suffix="o"):
+    path = os.path.join(FOLDER.name, f"{next(NUMBERS)}.{suffix}")
     subprocess.run([*COMPILER, "-x", language, "-", *(flags or ["-c"]), "-O0", "-o", path],
                    input=source + "\n", text=True, check=True)
     return path
@@ -153,11 +154,11 @@ def main():
         right = not faults if complaint is None else faults and all(re.search(complaint, fault) for fault in faults)
         expect(f"symbols: {source!r}", right, faults)
     for source, names, complaints in EXPORTS:
-        library = make("assembler", source, "-shared", "-nostdlib", output="a.so")
+        library = make("assembler", source, "-shared", "-nostdlib", suffix="so")
         faults, _ = object_code.check_exports(library, names.split())
         right = len(faults) == len(complaints) and all(map(re.fullmatch, complaints, faults))
         expect(f"exports: {names}", right, faults)
-    faults, _ = object_code.check_linkage(make("c++", LINKAGE, *LINKAGE_FLAGS, output="a.so"))
+    faults, _ = object_code.check_linkage(make("c++", LINKAGE, *LINKAGE_FLAGS, suffix="so"))
     for complaint in LINKAGE_FAULTS:
         expect(f"linkage: {complaint}", any(re.fullmatch(complaint, fault) for fault in faults), faults)
     print(f"{count} expectations of the checks, {len(wrong)} failed")

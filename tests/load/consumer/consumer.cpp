@@ -1,4 +1,4 @@
-// C++20, with the headers included twice and inside nothing.
+// C++20; a header of one family may be named too.
 #include <zpp.h>
 #include <zpp/arith.h>
 
