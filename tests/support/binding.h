@@ -6,26 +6,11 @@
 
 #include <ostream>
 #include <string>
-#include <vector>
 
-#include "core/dispatch.h"
+#include "tests/support/columns.h"
 #include "zpp.h"
 
 namespace zpp::test {
-
-struct Binding {
-    Column column;
-    Isa isa;  // the build that stands in the column; for px the one that host tuning would choose
-
-    std::string name() const;  // such as px_avx2
-    void bind() const;
-};
-
-// Every column and ISA build of the target.
-const std::vector<Binding>& allBindings();
-
-// Those that this machine can run.
-const std::vector<Binding>& runnableBindings();
 
 std::ostream& operator<<(std::ostream& out, const Binding& binding);
 std::string bindingName(const testing::TestParamInfo<Binding>& param);

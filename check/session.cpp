@@ -1,0 +1,163 @@
+#include "check/session.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "zpp.h"
+
+namespace zpp::check {
+
+const test::Binding& referenceBinding() { return test::runnableBindings().front(); }
+
+bool usesX87(const test::Binding& binding) { return binding.isa == kX87Isa || binding.isa == kSseIsa; }
+
+Data ordinaryFor(const Function& f) {
+    const Promise promise = promiseOf(f);
+    return promise == Promise::kBound ? Data::kUniform : Data::kOrdinary;
+}
+
+Data specialFor(const Function& f) {
+    const Promise promise = promiseOf(f);
+    return promise == Promise::kBound  ? Data::kUniform
+           : promise == Promise::kBits ? Data::kPatterns
+                                       : Data::kSpecial;
+}
+
+Session::Session(const Options& options) : options_(options) {
+    for (const test::Binding& binding : test::runnableBindings())
+        if ((options.column.empty() || options.column == binding.columnName()) &&
+            (options.isa.empty() || options.isa == binding.isaName()))
+            bindings_.push_back(binding);
+}
+
+void Session::bind(const test::Binding& binding) const {
+    binding.bind();
+    if (planted_ != nullptr && &binding != &referenceBinding()) *planted_->record->slot = plantedEntry_;
+}
+
+void Session::report(const Function& f, const test::Binding* binding, const std::string& text, int length,
+                     const std::string& details) {
+    std::string message = f.name + (binding != nullptr ? ' ' + binding->name() : "") + ": " + text;
+    if (!details.empty()) message += "\n    in: " + details;
+    if (binding != nullptr) {
+        message += "\n    replay: zpp-check --function " + f.name + " --column " + binding->columnName() +
+                   " --isa " + binding->isaName() + " --seed " + std::to_string(test::seed());
+        if (length != 0) message += " --length " + std::to_string(length);
+        failures_.push_back(f.name + binding->name());
+    }
+    if (!options_.quiet) std::printf("FAILED %s\n", message.c_str());
+    reports_.push_back(message);
+}
+
+bool Session::failed(const Function& f, const test::Binding& binding) const {
+    return std::find(failures_.begin(), failures_.end(), f.name + binding.name()) != failures_.end();
+}
+
+Outcome Session::call(const Function& f, const Inputs& in, const Layout& layout) {
+    ++calls_;
+    return perform(f, in, layout);
+}
+
+// A new export must not escape.
+bool Session::deducible(const Function& f) {
+    if (f.result != "ZppStatus") {
+        report(f, nullptr, "no check for its result " + f.result + ": see check/rules.cpp");
+        return false;
+    }
+    for (const Argument& a : f.arguments)
+        if (a.role == Role::kUnknown) {
+            report(f, nullptr, "nothing is known of its argument " + a.name + ": see check/prototype.cpp");
+            return false;
+        }
+    return true;
+}
+
+void Session::check(const Function& f) {
+    if (const OwnCheck own = ownCheckOf(f)) {
+        for (const test::Binding& binding : bindings_) {
+            bind(binding);
+            ++calls_;
+            const std::string complaint = own(f, binding.columnName());
+            if (!complaint.empty()) report(f, &binding, complaint);
+        }
+        return;
+    }
+    if (!deducible(f)) return;
+    for (const int length : lengthsOf(f))
+        if (options_.length == 0 || options_.length == length) checkLength(f, length);
+    checkErrors(f);
+}
+
+void Session::checkLength(const Function& f, int length) {
+    for (int variant = 0; variant < 4; ++variant) {
+        const Inputs in = makeInputs(f, length, variant, variant < 2 ? ordinaryFor(f) : specialFor(f));
+        bind(referenceBinding());
+        const Outcome reference = call(f, in, {0, -1, 0});
+        for (const test::Binding& binding : bindings_) {
+            if (failed(f, binding)) continue;
+            bind(binding);
+            checkLayouts(f, in, reference, binding);
+        }
+    }
+}
+
+// However the vectors lie in memory, the result is that of the reference.
+bool Session::checkLayouts(const Function& f, const Inputs& in, const Outcome& reference,
+                           const test::Binding& binding) {
+    std::vector<Layout> layouts;
+    auto phase = static_cast<unsigned>(in.sizes.length + in.sizes.variant);
+    for (unsigned places = 0; places < kPlaces; ++places) layouts.push_back({places, -1, phase++});
+    for (const int shared : sharingsOf(f, in))
+        for (unsigned places = 0; places < 3; ++places) layouts.push_back({places, shared, phase++});
+    for (const Layout& layout : layouts) {
+        const Outcome outcome = call(f, in, layout);
+        std::string fault = outcome.complaint;
+        if (fault.empty())
+            fault = difference(f, in, reference, outcome, usesX87(binding) || usesX87(referenceBinding()));
+        if (fault.empty()) continue;
+        char details[128];
+        std::snprintf(details, sizeof details,
+                      "length %d, variant %d, %s data, places %u, shared source %d, stack phase %u",
+                      in.sizes.length, in.sizes.variant, nameOf(in.data), layout.places, layout.shared,
+                      layout.phase % 8);
+        report(f, &binding, fault, in.sizes.length, details);
+        return false;
+    }
+    return true;
+}
+
+void Session::checkErrors(const Function& f) {
+    const Inputs in = makeInputs(f, 8, 0, ordinaryFor(f));
+    for (std::size_t i = 0; i < f.arguments.size(); ++i) {
+        const Argument& a = f.arguments[i];
+        const int index = static_cast<int>(i);
+        if (a.pointers != 0 && !mayBeNull(f, a)) checkError(f, in, {0, -1, 0, index}, zppStatusNullPointer);
+        if (a.role == Role::kObject) checkError(f, in, {0, -1, 0, index, 0x5EED}, zppStatusContextMismatch);
+        if (a.role == Role::kLength)
+            for (const int length : {0, -1}) checkError(f, in, {0, -1, 0, index, length}, zppStatusSizeError);
+        if (a.role == Role::kTapsLength)
+            for (const int taps : {0, -1}) checkError(f, in, {0, -1, 0, index, taps}, zppStatusFirLength);
+        if (a.role == Role::kOrder)
+            for (const int order : {-1, 31}) checkError(f, in, {0, -1, 0, index, order}, zppStatusFftOrder);
+        if (a.role == Role::kFlag)
+            for (const int flag : {0, 3, 16}) checkError(f, in, {0, -1, 0, index, flag}, zppStatusFftFlag);
+    }
+}
+
+void Session::checkError(const Function& f, const Inputs& in, const Layout& layout, int expected) {
+    for (const test::Binding& binding : bindings_) {
+        if (failed(f, binding)) continue;
+        bind(binding);
+        const Outcome outcome = call(f, in, layout);
+        std::string fault = outcome.complaint;
+        if (outcome.status != expected && fault.empty())
+            fault = "returns " + std::to_string(outcome.status) + ", expected " + std::to_string(expected);
+        const Argument& a = f.arguments[static_cast<std::size_t>(layout.replaced)];
+        const std::string value = a.pointers == 0       ? std::to_string(layout.illegal)
+                                  : layout.illegal == 0 ? "null"
+                                                        : "an object of another kind";
+        if (!fault.empty()) report(f, &binding, fault, 0, a.name + " = " + value);
+    }
+}
+
+}  // namespace zpp::check

@@ -1,0 +1,54 @@
+// One call of one function: what goes in, how it lies in memory, what comes out.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "check/data.h"
+#include "check/rules.h"
+#include "core/cpu.h"
+
+namespace zpp::check {
+
+struct Inputs {
+    Case sizes;
+    Data data;
+    std::vector<std::vector<unsigned char>> values;  // for each argument, what it or its vector holds
+};
+
+// The same for the same arguments on every machine.
+Inputs makeInputs(const Function& f, int length, int variant, Data data);
+
+struct Layout {
+    unsigned places;  // one of kPlaces ways to distribute the vectors over the places of arena.h
+    int shared;       // first source that shares its array with the first destination, and so on; -1: none
+    unsigned phase;   // of the stack
+    // An argument that is made illegal: a number by `illegal`; a vector by null; an object by null or, where
+    // `illegal` is not 0, by one of another kind.
+    int replaced = -1;
+    int illegal = 0;
+};
+inline constexpr unsigned kPlaces = 5;
+
+struct Outcome {
+    std::int32_t status = 0;
+    std::vector<std::vector<unsigned char>> written;  // for each argument, what its vector holds now
+    std::vector<unsigned char> object;                // what its object holds
+    std::string complaint;                            // of manners; empty if there is none
+};
+
+// Calls the function as it is bound.
+Outcome perform(const Function& f, const Inputs& inputs, const Layout& layout);
+
+// The values of Layout::shared that the function allows.
+std::vector<int> sharingsOf(const Function& f, const Inputs& inputs);
+
+// How the outcome differs from that of the reference, which ran on another ISA build; empty if it does not.
+std::string difference(const Function& f, const Inputs& inputs, const Outcome& reference,
+                       const Outcome& outcome, bool withX87);
+
+// Whether the written vector is a result.
+bool isResult(const Argument& a);
+
+}  // namespace zpp::check

@@ -1,0 +1,27 @@
+// The columns and ISA builds that tests bind the library to.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/dispatch.h"
+
+namespace zpp::test {
+
+struct Binding {
+    Column column;
+    Isa isa;  // the build that stands in the column; for px the one that host tuning would choose
+
+    std::string columnName() const;
+    std::string isaName() const;
+    std::string name() const { return columnName() + '_' + isaName(); }  // such as px_avx2
+    void bind() const;                                                   // ends the program if it cannot
+};
+
+// Every column and ISA build of the target.
+const std::vector<Binding>& allBindings();
+
+// Those that this machine can run.
+const std::vector<Binding>& runnableBindings();
+
+}  // namespace zpp::test
