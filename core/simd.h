@@ -15,6 +15,7 @@
 #endif
 
 #define ZPP_INLINE [[gnu::always_inline]] inline
+#define ZPP_INLINE_LAMBDA __attribute__((always_inline))  // between the parameters and the body of a lambda
 
 namespace zpp::ZPP_ISA {
 

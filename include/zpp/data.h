@@ -40,4 +40,96 @@ ZPP_EXPORT(ZppStatus, zppsZero_64fc, (Zpp64fc * pDst, int len))
 ZPP_EXPORT(ZppStatus, zppsFlip_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int len))
 ZPP_EXPORT(ZppStatus, zppsFlip_64f_I, (Zpp64f * pSrcDst, int len))
 
+/* Type conversion
+ *
+ * The names say the types of source and destination; 24s and 24u are packed three-byte integers (types.h).
+ * All vectors hold len elements and do not overlap, unless a function works in place. Returned, in this order
+ * of checks: -8 for a null pointer; -6 for len <= 0. Saturation is silent, and every scaleFactor and rndMode
+ * is valid: rndMode is zppRoundNear (to nearest, ties to even), anything else means toward zero. The results
+ * are the same to the bit in every column; the processor is expected to round to nearest, as it does by
+ * default, and the treatment of subnormal numbers is the caller's setting. */
+
+/* Integers as wider integers: the same value. */
+ZPP_EXPORT(ZppStatus, zppsConvert_8s16s, (const Zpp8s* pSrc, Zpp16s* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsConvert_16s32s, (const Zpp16s* pSrc, Zpp32s* pDst, int len))
+
+/* Saturated to [-32768, 32767]. */
+ZPP_EXPORT(ZppStatus, zppsConvert_32s16s, (const Zpp32s* pSrc, Zpp16s* pDst, int len))
+
+/* Integers as floating numbers: the same value; that of 32s32f is rounded to nearest, ties to even. */
+ZPP_EXPORT(ZppStatus, zppsConvert_8s32f, (const Zpp8s* pSrc, Zpp32f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsConvert_8u32f, (const Zpp8u* pSrc, Zpp32f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsConvert_16s32f, (const Zpp16s* pSrc, Zpp32f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsConvert_16u32f, (const Zpp16u* pSrc, Zpp32f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsConvert_32s32f, (const Zpp32s* pSrc, Zpp32f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsConvert_32s64f, (const Zpp32s* pSrc, Zpp64f* pDst, int len))
+
+/* Between single and double precision; to single rounded to nearest, ties to even, infinite on overflow. A
+ * NaN stays one, keeps its sign and the upper bits of its payload, and becomes quiet. */
+ZPP_EXPORT(ZppStatus, zppsConvert_32f64f, (const Zpp32f* pSrc, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsConvert_64f32f, (const Zpp64f* pSrc, Zpp32f* pDst, int len))
+
+/* Packed integers as wider ones or as floating numbers: the same value. */
+ZPP_EXPORT(ZppStatus, zppsConvert_24s32s, (const Zpp8u* pSrc, Zpp32s* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsConvert_24u32u, (const Zpp8u* pSrc, Zpp32u* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsConvert_24s32f, (const Zpp8u* pSrc, Zpp32f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsConvert_24u32f, (const Zpp8u* pSrc, Zpp32f* pDst, int len))
+
+/* pDst[i] = pSrc[i] * 2^-scaleFactor, rounded once to nearest, ties to even: gradually to 0 (of the sign of
+ * pSrc[i]) when it is small, infinite when it is large. 0 gives +0. */
+ZPP_EXPORT(ZppStatus, zppsConvert_16s32f_Sfs, (const Zpp16s* pSrc, Zpp32f* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsConvert_16s64f_Sfs, (const Zpp16s* pSrc, Zpp64f* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsConvert_32s32f_Sfs, (const Zpp32s* pSrc, Zpp32f* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsConvert_32s64f_Sfs, (const Zpp32s* pSrc, Zpp64f* pDst, int len, int scaleFactor))
+
+/* pDst[i] = pSrc[i] * 2^-scaleFactor, rounded to nearest, ties to even, and saturated to the range of the
+ * destination. A scaleFactor above 31 works as 31; one below -15 (to 16s) or -31 (to 24s and 24u) as these: it
+ * saturates all but 0. One exception: -1 to 24s gives 0 from -24 down, where the three bytes that are stored are
+ * those of -1 * 2^-scaleFactor. */
+ZPP_EXPORT(ZppStatus, zppsConvert_32s16s_Sfs, (const Zpp32s* pSrc, Zpp16s* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsConvert_32s24s_Sfs, (const Zpp32s* pSrc, Zpp8u* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsConvert_32u24u_Sfs, (const Zpp32u* pSrc, Zpp8u* pDst, int len, int scaleFactor))
+
+/* pDst[i] = pSrc[i] * 2^-scaleFactor, rounded by rndMode, saturated to the range of the destination. A NaN
+ * gives its lower bound. The multiplier has the precision of the source: where 2^-scaleFactor is beyond that,
+ * it is infinite (scaleFactor <= -128 for 32f, <= -1024 for 64f) or 0 (>= 150, >= 1075), and the product of
+ * infinity and 0 is a NaN. */
+ZPP_EXPORT(ZppStatus, zppsConvert_32f8s_Sfs,
+           (const Zpp32f* pSrc, Zpp8s* pDst, int len, ZppRoundMode rndMode, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsConvert_32f8u_Sfs,
+           (const Zpp32f* pSrc, Zpp8u* pDst, int len, ZppRoundMode rndMode, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsConvert_32f16s_Sfs,
+           (const Zpp32f* pSrc, Zpp16s* pDst, int len, ZppRoundMode rndMode, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsConvert_32f16u_Sfs,
+           (const Zpp32f* pSrc, Zpp16u* pDst, int len, ZppRoundMode rndMode, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsConvert_32f32s_Sfs,
+           (const Zpp32f* pSrc, Zpp32s* pDst, int len, ZppRoundMode rndMode, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsConvert_64f32s_Sfs,
+           (const Zpp64f* pSrc, Zpp32s* pDst, int len, ZppRoundMode rndMode, int scaleFactor))
+
+/* The same to packed integers, always to nearest, ties to even; but a scaleFactor below -127 works as -127,
+ * and the multiplier is 0 for one of 127 and above. */
+ZPP_EXPORT(ZppStatus, zppsConvert_32f24s_Sfs, (const Zpp32f* pSrc, Zpp8u* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsConvert_32f24u_Sfs, (const Zpp32f* pSrc, Zpp8u* pDst, int len, int scaleFactor))
+
+/* Integers as half precision, rounded by rndMode. */
+ZPP_EXPORT(ZppStatus, zppsConvert_16s16f, (const Zpp16s* pSrc, Zpp16f* pDst, int len, ZppRoundMode rndMode))
+
+/* Half precision as integers: pSrc[i] * 2^-scaleFactor, rounded by rndMode and saturated, without a limit to
+ * scaleFactor. Infinities give the bounds, 0 gives 0 and a NaN gives -32768 whatever scaleFactor is. */
+ZPP_EXPORT(ZppStatus, zppsConvert_16f16s_Sfs,
+           (const Zpp16f* pSrc, Zpp16s* pDst, int len, ZppRoundMode rndMode, int scaleFactor))
+
+/* Half precision as single: the same value, or a NaN of the same sign and payload, not made quiet. */
+ZPP_EXPORT(ZppStatus, zppsConvert_16f32f, (const Zpp16f* pSrc, Zpp32f* pDst, int len))
+
+/* Single precision as half, rounded by rndMode. A NaN gives 0x7DFF with its sign. To nearest, magnitudes of
+ * 65520 and above give infinity, and a tie goes to even but for the one at 2^-25, which gives 2^-24. Toward
+ * zero, magnitudes of 65536 and above, finite or not, give infinity. */
+ZPP_EXPORT(ZppStatus, zppsConvert_32f16f, (const Zpp32f* pSrc, Zpp16f* pDst, int len, ZppRoundMode rndMode))
+
+/* The bytes of every packed element in reverse order; _I in place. */
+ZPP_EXPORT(ZppStatus, zppsSwapBytes_24u, (const Zpp8u* pSrc, Zpp8u* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsSwapBytes_24u_I, (Zpp8u * pSrcDst, int len))
+
 #endif

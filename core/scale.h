@@ -1,0 +1,109 @@
+// The scaling rule of the integer forms: x * 2^-scaleFactor, rounded to nearest with ties to even, saturated.
+// A function picks one of the two shifts once per call; both work on lanes of any integer type.
+#pragma once
+
+#include "core/simd.h"
+
+namespace zpp::ZPP_ISA {
+
+template <class T>
+struct Range {
+    T lower, upper;
+};
+
+// The range of an integer type that fits into lanes of 32 bits.
+template <class T>
+inline constexpr Range<int32_t> kRange{};
+template <>
+inline constexpr Range<int32_t> kRange<int8_t> = {-128, 127};
+template <>
+inline constexpr Range<int32_t> kRange<uint8_t> = {0, 255};
+template <>
+inline constexpr Range<int32_t> kRange<int16_t> = {-32768, 32767};
+template <>
+inline constexpr Range<int32_t> kRange<uint16_t> = {0, 65535};
+template <>
+inline constexpr Range<int32_t> kRange<int32_t> = {-0x7FFFFFFF - 1, 0x7FFFFFFF};
+
+inline int clamp(int x, int lower, int upper) { return x < lower ? lower : x > upper ? upper : x; }
+
+template <class T, class V>
+ZPP_INLINE V saturate(V v, Range<T> range) {
+    return min(max(v, broadcast<V>(range.lower)), broadcast<V>(range.upper));
+}
+
+// One more in the lanes where the comparison held.
+template <class V, class M>
+ZPP_INLINE V addWhere(M condition, V v) {
+    if constexpr (std::is_arithmetic_v<V>)
+        return v + condition;
+    else
+        return v - bitCast<V>(condition);  // a mask is -1
+}
+
+template <class V>
+ZPP_INLINE auto asSigned(V v) {
+    if constexpr (std::is_arithmetic_v<V>)
+        return static_cast<std::make_signed_t<V>>(v);
+    else
+        return bitCast<decltype(v > v)>(v);
+}
+
+// v * 2^-count to nearest, ties to even. T is the type of the lanes, 1 <= count < their width.
+template <class T>
+class RoundedShiftRight {
+  public:
+    explicit RoundedShiftRight(int count) : count_(count) {}
+
+    template <class V>
+    ZPP_INLINE V operator()(V v) const {
+        const V quotient = v >> count_;
+        const V rest = v & ((T{1} << count_) - 1);
+        // Up where the rest is above one half, or is one half and the quotient odd. Nothing reaches the sign.
+        const V limit = (T{1} << (count_ - 1)) - (quotient & 1);
+        return addWhere(asSigned(rest) > asSigned(limit), quotient);
+    }
+
+  private:
+    int count_;
+};
+
+// v * 2^count, saturated to a range that holds 0. T is the type of the lanes, 0 <= count < their width.
+template <class T>
+class SaturatedShiftLeft {
+  public:
+    SaturatedShiftLeft(int count, Range<T> range) : count_(count), range_(range) {}
+
+    template <class V>
+    ZPP_INLINE V operator()(V v) const {
+        const V lower = broadcast<V>(range_.lower), upper = broadcast<V>(range_.upper);
+        const V bounded = select(v > (range_.upper >> count_), upper, v << count_);
+        if constexpr (std::is_signed_v<T>)
+            return select(v < (range_.lower >> count_), lower, bounded);
+        else
+            return bounded;
+    }
+
+  private:
+    int count_;
+    Range<T> range_;
+};
+
+// 2^exponent in the precision of T: infinite above its range, gradually 0 below.
+template <class T>
+inline T powerOfTwo(int exponent) {
+    using Bits = std::conditional_t<sizeof(T) == 8, uint64_t, uint32_t>;
+    constexpr int fraction = sizeof(T) == 8 ? 52 : 23;
+    constexpr int bias = sizeof(T) == 8 ? 1023 : 127;
+    const int field = clamp(exponent, -bias - fraction - 1, bias + 1) + bias;
+    if (field > 0) return bitCast<T>(static_cast<Bits>(field) << fraction);
+    return bitCast<T>(field + fraction > 0 ? Bits{1} << (field + fraction - 1) : Bits{0});
+}
+
+// 2^-scaleFactor in the precision of T, for every scaleFactor.
+template <class T>
+inline T scaleMultiplier(int scaleFactor) {
+    return powerOfTwo<T>(-clamp(scaleFactor, -2000, 2000));
+}
+
+}  // namespace zpp::ZPP_ISA

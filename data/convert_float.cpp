@@ -1,0 +1,181 @@
+// Conversions between integers and floating types, and between floating types.
+#include "data/convert.h"
+
+namespace zpp::ZPP_ISA {
+namespace {
+
+constexpr auto asFloat = [](auto v) ZPP_INLINE_LAMBDA { return toFloat(v); };
+
+constexpr auto loadDoubles = [](auto lanes, const auto* p)
+                                 ZPP_INLINE_LAMBDA { return loadAsDoubles<decltype(lanes)::value>(p); };
+constexpr auto storeDoubles = [](double* p, auto v) ZPP_INLINE_LAMBDA { store(p, v); };
+constexpr auto storeFloats = [](float* p, auto v) ZPP_INLINE_LAMBDA { storeAsFloats(p, v); };
+
+// x * 2^-scaleFactor as a double, exact but for one rounding outside the normal range: the first of the two
+// factors stays inside.
+class ScaledDoubles {
+  public:
+    explicit ScaledDoubles(int scaleFactor) {
+        const int near = clamp(scaleFactor, -1000, 1000);
+        first_ = powerOfTwo<double>(-near);
+        second_ = powerOfTwo<double>(-clamp(clamp(scaleFactor, -2000, 2000) - near, -1000, 1000));
+    }
+    template <class S, class Lanes>
+    ZPP_INLINE auto operator()(Lanes lanes, const S* p) const {
+        return loadDoubles(lanes, p) * first_ * second_;
+    }
+
+  private:
+    double first_, second_;
+};
+
+template <class S>
+inline ZppStatus scaledToDouble(const S* pSrc, Zpp64f* pDst, int len, int scaleFactor) {
+    return convertSteps<kLanes<double>>(pSrc, pDst, len, ScaledDoubles(scaleFactor), storeDoubles);
+}
+
+// Where the result is normal or infinite anyway, scaling after the rounding to single is exact. Elsewhere the
+// product is formed as a double, which is exact, and rounded at the end.
+template <class S>
+inline ZppStatus scaledToFloat(const S* pSrc, Zpp32f* pDst, int len, int scaleFactor) {
+    if (scaleFactor < -127 || scaleFactor > 126)
+        return convertSteps<kLanes<double>>(pSrc, pDst, len, ScaledDoubles(clamp(scaleFactor, -500, 500)),
+                                            storeFloats);
+    const float multiplier = scaleMultiplier<float>(scaleFactor);
+    return convert(pSrc, pDst, len, [=](auto v) ZPP_INLINE_LAMBDA { return toFloat(v) * multiplier; });
+}
+
+// Singles as integers of type D. The upper bound of 32 bits is no single: it is put in at the end.
+template <class D, Rounding rounding>
+struct ToInteger {
+    float multiplier;
+
+    template <class V>
+    ZPP_INLINE auto operator()(V v) const {
+        constexpr float kBelow31Bits = 0x7FFFFF80;
+        constexpr bool wide = sizeof(D) == sizeof(int32_t);
+        constexpr float lower = static_cast<float>(kRange<D>.lower);
+        constexpr float upper = wide ? kBelow31Bits : static_cast<float>(kRange<D>.upper);
+        const V scaled = v * multiplier;
+        // In this order a NaN becomes the lower bound.
+        const auto ints = toInts<rounding>(saturate(scaled, Range<float>{lower, upper}));
+        if constexpr (wide)
+            return select(scaled > kBelow31Bits, broadcast<decltype(ints)>(kRange<D>.upper), ints);
+        else
+            return ints;
+    }
+};
+
+template <class S, class D>
+inline ZppStatus toInteger(const S* pSrc, D* pDst, int len, ZppRoundMode rndMode, float multiplier) {
+    return withRounding(rndMode, [=](auto rounding) {
+        return convert(pSrc, pDst, len, ToInteger<D, decltype(rounding)::value>{multiplier});
+    });
+}
+template <class D>
+inline ZppStatus toScaledInteger(const Zpp32f* pSrc, D* pDst, int len, ZppRoundMode rndMode,
+                                 int scaleFactor) {
+    return toInteger(pSrc, pDst, len, rndMode, scaleMultiplier<float>(scaleFactor));
+}
+
+// For packed integers the exponent field of the multiplier is 127 - scaleFactor, which for 127 makes it 0.
+template <class D>
+inline ZppStatus toPacked(const Zpp32f* pSrc, D* pDst, int len, int scaleFactor) {
+    const int field = 127 - clamp(scaleFactor, -127, 127);
+    return toInteger(pSrc, pDst, len, zppRoundNear, field == 0 ? 0.0F : powerOfTwo<float>(field - 127));
+}
+
+}  // namespace
+
+ZppStatus zppsConvert_8s32f(const Zpp8s* pSrc, Zpp32f* pDst, int len) {
+    return convert(pSrc, pDst, len, asFloat);
+}
+ZppStatus zppsConvert_8u32f(const Zpp8u* pSrc, Zpp32f* pDst, int len) {
+    return convert(pSrc, pDst, len, asFloat);
+}
+ZppStatus zppsConvert_16s32f(const Zpp16s* pSrc, Zpp32f* pDst, int len) {
+    return convert(pSrc, pDst, len, asFloat);
+}
+ZppStatus zppsConvert_16u32f(const Zpp16u* pSrc, Zpp32f* pDst, int len) {
+    return convert(pSrc, pDst, len, asFloat);
+}
+ZppStatus zppsConvert_32s32f(const Zpp32s* pSrc, Zpp32f* pDst, int len) {
+    return convert(pSrc, pDst, len, asFloat);
+}
+ZppStatus zppsConvert_32s64f(const Zpp32s* pSrc, Zpp64f* pDst, int len) {
+    return convertSteps<kLanes<double>>(pSrc, pDst, len, loadDoubles, storeDoubles);
+}
+ZppStatus zppsConvert_32f64f(const Zpp32f* pSrc, Zpp64f* pDst, int len) {
+    return convertSteps<kLanes<double>>(pSrc, pDst, len, loadDoubles, storeDoubles);
+}
+ZppStatus zppsConvert_64f32f(const Zpp64f* pSrc, Zpp32f* pDst, int len) {
+    return convertSteps<kLanes<double>>(pSrc, pDst, len, loadDoubles, storeFloats);
+}
+ZppStatus zppsConvert_24s32f(const Zpp8u* pSrc, Zpp32f* pDst, int len) {
+    return convert(elements<Int24>(pSrc), pDst, len, asFloat);
+}
+ZppStatus zppsConvert_24u32f(const Zpp8u* pSrc, Zpp32f* pDst, int len) {
+    return convert(elements<UInt24>(pSrc), pDst, len, asFloat);
+}
+
+ZppStatus zppsConvert_16s32f_Sfs(const Zpp16s* pSrc, Zpp32f* pDst, int len, int scaleFactor) {
+    return scaledToFloat(pSrc, pDst, len, scaleFactor);
+}
+ZppStatus zppsConvert_16s64f_Sfs(const Zpp16s* pSrc, Zpp64f* pDst, int len, int scaleFactor) {
+    return scaledToDouble(pSrc, pDst, len, scaleFactor);
+}
+ZppStatus zppsConvert_32s32f_Sfs(const Zpp32s* pSrc, Zpp32f* pDst, int len, int scaleFactor) {
+    return scaledToFloat(pSrc, pDst, len, scaleFactor);
+}
+ZppStatus zppsConvert_32s64f_Sfs(const Zpp32s* pSrc, Zpp64f* pDst, int len, int scaleFactor) {
+    return scaledToDouble(pSrc, pDst, len, scaleFactor);
+}
+
+ZppStatus zppsConvert_32f8s_Sfs(const Zpp32f* pSrc, Zpp8s* pDst, int len, ZppRoundMode rndMode,
+                                int scaleFactor) {
+    return toScaledInteger(pSrc, pDst, len, rndMode, scaleFactor);
+}
+ZppStatus zppsConvert_32f8u_Sfs(const Zpp32f* pSrc, Zpp8u* pDst, int len, ZppRoundMode rndMode,
+                                int scaleFactor) {
+    return toScaledInteger(pSrc, pDst, len, rndMode, scaleFactor);
+}
+ZppStatus zppsConvert_32f16s_Sfs(const Zpp32f* pSrc, Zpp16s* pDst, int len, ZppRoundMode rndMode,
+                                 int scaleFactor) {
+    return toScaledInteger(pSrc, pDst, len, rndMode, scaleFactor);
+}
+ZppStatus zppsConvert_32f16u_Sfs(const Zpp32f* pSrc, Zpp16u* pDst, int len, ZppRoundMode rndMode,
+                                 int scaleFactor) {
+    return toScaledInteger(pSrc, pDst, len, rndMode, scaleFactor);
+}
+ZppStatus zppsConvert_32f32s_Sfs(const Zpp32f* pSrc, Zpp32s* pDst, int len, ZppRoundMode rndMode,
+                                 int scaleFactor) {
+    return toScaledInteger(pSrc, pDst, len, rndMode, scaleFactor);
+}
+ZppStatus zppsConvert_64f32s_Sfs(const Zpp64f* pSrc, Zpp32s* pDst, int len, ZppRoundMode rndMode,
+                                 int scaleFactor) {
+    const double multiplier = scaleMultiplier<double>(scaleFactor);
+    const Range<double> range = {kRange<int32_t>.lower, kRange<int32_t>.upper};
+    const auto bounded = [=](auto lanes, const Zpp64f* p) ZPP_INLINE_LAMBDA {
+        return saturate(loadDoubles(lanes, p) * multiplier, range);
+    };
+    return withRounding(rndMode, [=](auto rounding) {
+        const auto put = [](Zpp32s* p, auto v)
+                             ZPP_INLINE_LAMBDA { storeAsInts<decltype(rounding)::value>(p, v); };
+        return convertSteps<kLanes<double>>(pSrc, pDst, len, bounded, put);
+    });
+}
+ZppStatus zppsConvert_32f24s_Sfs(const Zpp32f* pSrc, Zpp8u* pDst, int len, int scaleFactor) {
+    return toPacked(pSrc, elements<Int24>(pDst), len, scaleFactor);
+}
+ZppStatus zppsConvert_32f24u_Sfs(const Zpp32f* pSrc, Zpp8u* pDst, int len, int scaleFactor) {
+    return toPacked(pSrc, elements<UInt24>(pDst), len, scaleFactor);
+}
+
+ZppStatus zppsConvert_16f16s_Sfs(const Zpp16f* pSrc, Zpp16s* pDst, int len, ZppRoundMode rndMode,
+                                 int scaleFactor) {
+    // Beyond 50 either way every number is 0 or saturated; the limit keeps the multiplier off infinity and 0.
+    const float multiplier = powerOfTwo<float>(-clamp(scaleFactor, -50, 50));
+    return toInteger(reinterpret_cast<const Half*>(pSrc), pDst, len, rndMode, multiplier);
+}
+
+}  // namespace zpp::ZPP_ISA

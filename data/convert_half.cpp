@@ -1,0 +1,40 @@
+// Conversions between half precision and other types; to integers they are in convert_float.cpp.
+#include "data/convert.h"
+
+namespace zpp::ZPP_ISA {
+namespace {
+
+// The halves of compute(registers), the bits of singles.
+template <class S, class Compute>
+inline ZppStatus toHalves(const S* pSrc, Zpp16f* pDst, int len, ZppRoundMode rndMode, Compute compute) {
+    const auto load = [=](auto lanes, const S* p) ZPP_INLINE_LAMBDA {
+        return mapRegisters(compute, loadRegisters<decltype(lanes)::value>(p));
+    };
+    return withRounding(rndMode, [=](auto rounding) {
+        const auto put = [](Half* p, auto v)
+                             ZPP_INLINE_LAMBDA { storeAsHalves<decltype(rounding)::value>(p, v); };
+        return convertSteps<kLanes<int32_t> * kPackedRegisters<Half>>(pSrc, reinterpret_cast<Half*>(pDst),
+                                                                      len, load, put);
+    });
+}
+
+}  // namespace
+
+ZppStatus zppsConvert_16s16f(const Zpp16s* pSrc, Zpp16f* pDst, int len, ZppRoundMode rndMode) {
+    return toHalves(pSrc, pDst, len, rndMode,
+                    [](auto v) ZPP_INLINE_LAMBDA { return bitCast<decltype(v)>(toFloat(v)); });
+}
+// Singles are loaded as integers: the NaNs among them are read by their bits.
+ZppStatus zppsConvert_32f16f(const Zpp32f* pSrc, Zpp16f* pDst, int len, ZppRoundMode rndMode) {
+    return toHalves(reinterpret_cast<const int32_t*>(pSrc), pDst, len, rndMode,
+                    [](auto v) ZPP_INLINE_LAMBDA { return v; });
+}
+ZppStatus zppsConvert_16f32f(const Zpp16f* pSrc, Zpp32f* pDst, int len) {
+    return convertSteps<kLanes<int16_t>>(
+        reinterpret_cast<const Half*>(pSrc), pDst, len,
+        [](auto lanes, const Half* p)
+            ZPP_INLINE_LAMBDA { return loadAsFloatBits<decltype(lanes)::value>(p); },
+        [](Zpp32f* p, auto v) ZPP_INLINE_LAMBDA { storeRegisters(p, v); });
+}
+
+}  // namespace zpp::ZPP_ISA
