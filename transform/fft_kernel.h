@@ -28,6 +28,7 @@ struct Blocks {
         zpp::ZPP_ISA::store(p + 2 * W * i, v.re);
         zpp::ZPP_ISA::store(p + 2 * W * i + W, v.im);
     }
+    ZPP_INLINE void prefetch(size_t i) const { __builtin_prefetch(p + 2 * W * i, 0, 2); }
     Blocks from(size_t i) const { return {p + 2 * W * i}; }
 };
 
@@ -46,6 +47,7 @@ struct Interleaved {
     ZPP_INLINE void store(size_t i, Complex<V> v) const {
         storeComplex(p + 2 * W * i, kExchange ? Complex<V>{v.im, v.re} : v);
     }
+    ZPP_INLINE void prefetch(size_t i) const { __builtin_prefetch(p + 2 * W * i, 0, 2); }
     bool operator==(const Interleaved& other) const { return p == other.p; }
     Interleaved from(size_t i) const { return {p + 2 * W * i}; }
     Blocks<W> blocks() const { return {p}; }  // the same memory between passes
@@ -65,6 +67,10 @@ struct Split {
     ZPP_INLINE void store(size_t i, Complex<V> v) const {
         zpp::ZPP_ISA::store(re + W * i, v.re);
         zpp::ZPP_ISA::store(im + W * i, v.im);
+    }
+    ZPP_INLINE void prefetch(size_t i) const {
+        __builtin_prefetch(re + W * i, 0, 2);
+        __builtin_prefetch(im + W * i, 0, 2);
     }
     bool operator==(const Split& other) const { return re == other.re || im == other.im; }
     Split from(size_t i) const { return {re + W * i, im + W * i}; }
