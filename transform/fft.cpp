@@ -16,7 +16,9 @@ class WorkBuffer {
         void* block = caller != nullptr ? caller : own_;
         work_ = block != nullptr ? alignedTo(block, kBufferAlignment) : nullptr;
     }
-    ~WorkBuffer() { freeAligned(own_); }
+    ~WorkBuffer() {
+        if (own_ != nullptr) freeAligned(own_);
+    }
     WorkBuffer(const WorkBuffer&) = delete;
     WorkBuffer& operator=(const WorkBuffer&) = delete;
 
@@ -27,15 +29,19 @@ class WorkBuffer {
     double* work_;
 };
 
+// Narrower vectors serve short lengths only.
 template <class In, class Out>
-void transform(In in, Out out, int order, double* work, const FftTables& tables, double scale) {
-    if (order <= kMaxPlainOrder)
-        plainTransform(in, out, work, tables, scale);
-    else
-        hugeTransform(in, out, order, work, tables, scale);
+inline void transform(In in, Out out, int order, double* work, const FftTables& tables, double scale) {
+    if (shortTransform(in, out, tables, scale)) return;
+    if constexpr (sizeof(typename In::V) == kLanes<double> * sizeof(double)) {
+        if (order <= kMaxPlainOrder)
+            plainTransform(in, out, work, tables, scale);
+        else
+            hugeTransform(in, out, order, work, tables, scale);
+    }
 }
 
-// Calls body(Lanes<W>) for the width W of an order.
+// Calls body(integral_constant W) for the width W of an order.
 template <int W = kLanes<double>, class Body>
 ZPP_INLINE void withWidth(int order, Body body) {
     if constexpr (W > 1)
@@ -57,7 +63,7 @@ inline double inverseScale(const ZppsFFTSpec* spec) { return spec->invNorm != 0 
 
 // Calls body(work) with the work buffer of the call.
 template <class Body>
-inline ZppStatus withWork(const ZppsFFTSpec* spec, Zpp8u* pBuffer, Body body) {
+ZPP_INLINE ZppStatus withWork(const ZppsFFTSpec* spec, Zpp8u* pBuffer, Body body) {
     alignas(kBufferAlignment) double stack[size_t{2} << kMaxStackOrder];
     const WorkBuffer work(spec, pBuffer, stack);
     if (work.data() == nullptr) return zppStatusAllocationFailed;

@@ -224,6 +224,16 @@ inline void passesFrom(In in, A a, B b, Out out, size_t n, size_t s, const doubl
     passes(a, b, out, n / 4, s * 4, twiddles + n / 4 * 6, scale);
 }
 
+// W vectors of the input become W blocks.
+template <bool kComplexOrder, class V, int W>
+ZPP_INLINE void firstButterfly(Complex<V> (&x)[W], const double* twiddles) {
+    dft(x);
+    const Blocks<W> w{const_cast<double*>(twiddles)};
+#pragma GCC unroll 8
+    for (size_t k = 1; k < W; ++k) x[k] = twiddled(x[k], w.load(k - 1));
+    transposeBlocks<kComplexOrder>(x);
+}
+
 // The pass with the width W as its radix: takes W vectors of the input, n / W apart, and transposes the
 // results so that a block holds results 0 .. W - 1. n is the length in blocks.
 template <int W, class In>
@@ -234,17 +244,50 @@ inline void firstPass(In in, Blocks<W> out, size_t n, const double* twiddles) {
         Complex<V> x[W];
 #pragma GCC unroll 8
         for (size_t j = 0; j < W; ++j) x[j] = in.load(i + m * j);
-        dft(x);
-        const Blocks<W> w{const_cast<double*>(twiddles)};
-#pragma GCC unroll 8
-        for (size_t k = 1; k < W; ++k) x[k] = twiddled(x[k], w.load(k - 1));
-        transposeBlocks<In::kComplexOrder>(x);
+        firstButterfly<In::kComplexOrder>(x, twiddles);
 #pragma GCC unroll 8
         for (size_t j = 0; j < W; ++j) out.store(W * i + j, x[j]);
     }
 }
 
-// A transform by passes over the whole data. `work` holds as much as the data.
+// A transform of n blocks, W <= n <= 8, with all passes in registers.
+template <int n, class In, class Out>
+inline void shortTransform(In in, Out out, const double* twiddles, double scale) {
+    using V = typename In::V;
+    constexpr int W = sizeof(V) / sizeof(double);
+    Complex<V> y[n];
+#pragma GCC unroll 8
+    for (size_t i = 0; i < n / W; ++i) {
+        Complex<V> x[W];
+#pragma GCC unroll 8
+        for (size_t j = 0; j < W; ++j) x[j] = in.load(i + n / W * j);
+        firstButterfly<In::kComplexOrder>(x, twiddles + 2 * W * (W - 1) * i);
+#pragma GCC unroll 8
+        for (size_t j = 0; j < W; ++j) y[W * i + j] = x[j];
+    }
+    dft(y);
+    const V factor = broadcast<V>(scale);
+#pragma GCC unroll 8
+    for (size_t k = 0; k < n; ++k) out.store(k, y[k] * factor);
+}
+
+// The same for any length; false if it is not that short.
+template <class In, class Out>
+ZPP_INLINE bool shortTransform(In in, Out out, const FftTables& tables, double scale) {
+    constexpr int W = sizeof(typename In::V) / sizeof(double);
+    const size_t length = size_t{1} << tables.order;
+    if (length > 8 * W) return false;
+    if constexpr (W <= 1)
+        if (length == 1) shortTransform<1>(in, out, tables.first, scale);
+    if constexpr (W <= 2)
+        if (length == 2 * W) shortTransform<2>(in, out, tables.first, scale);
+    if constexpr (W <= 4)
+        if (length == 4 * W) shortTransform<4>(in, out, tables.first, scale);
+    if (length == 8 * W) shortTransform<8>(in, out, tables.first, scale);
+    return true;
+}
+
+// A longer transform, by passes over the whole data. `work` holds as much as the data.
 template <class In, class Out>
 inline void plainTransform(In in, Out out, double* work, const FftTables& tables, double scale) {
     constexpr int W = sizeof(typename In::V) / sizeof(double);
