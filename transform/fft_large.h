@@ -111,8 +111,8 @@ inline void putColumns(Blocks<W> group, Data data, Blocks<W> twiddles, const Spl
     }
 }
 
-// A transform by the four-step scheme, with the matrix between the steps in `data`. `group` is the part of the
-// work buffer behind the data.
+// A transform by the four-step scheme, with the matrix between the steps in `data`. `group` is the part of
+// the work buffer behind the data.
 template <class In, class Data, class Out>
 inline void fourStep(In in, Data data, Out out, double* group, const FftTables& tables, double scale) {
     constexpr int W = sizeof(typename In::V) / sizeof(double);
@@ -132,8 +132,8 @@ inline void fourStep(In in, Data data, Out out, double* group, const FftTables& 
     }
 }
 
-// The second step reads and writes the same columns, so the destination serves for the matrix between the steps
-// unless it is also the source. `work` holds largeScratch().total doubles.
+// The second step reads and writes the same columns, so the destination serves for the matrix between the
+// steps unless it is also the source. `work` holds largeScratch().total doubles.
 template <class In, class Out>
 inline void largeTransform(In in, Out out, double* work, const FftTables& tables, double scale) {
     constexpr int W = sizeof(typename In::V) / sizeof(double);

@@ -12,8 +12,11 @@ inline constexpr int kMaxOrder = 30;
 // Up to this order the passes go over the whole data; above, the four-step scheme keeps to the cache.
 inline constexpr int kMaxPlainOrder = 16;
 // The largest order whose work buffer, one copy of the data, has a size that is an int. Above, the first
-// passes run in place and leave parts of this order.
-inline constexpr int kMaxBufferOrder = 26;
+// passes run in place and leave parts of this order. A test that cannot have 2 GiB lowers it.
+#ifndef ZPP_FFT_MAX_BUFFER_ORDER
+#define ZPP_FFT_MAX_BUFFER_ORDER 26
+#endif
+inline constexpr int kMaxBufferOrder = ZPP_FFT_MAX_BUFFER_ORDER;
 // Up to this order the work buffer is on the stack: 8 KiB.
 inline constexpr int kMaxStackOrder = 9;
 // Work buffers are used from a multiple of this on.

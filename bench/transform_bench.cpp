@@ -1,0 +1,123 @@
+// FFT and packed spectra, beside FFTW with measured plans: out of place, single-threaded, both with all
+// memory that they need allocated before.
+#include <algorithm>
+#include <cstring>
+
+#include "bench/bench.h"
+
+#ifdef ZPP_HAVE_FFTW
+#include <fftw3.h>
+#endif
+
+namespace zpp::bench {
+namespace {
+
+constexpr int kFirstOrder = 4;
+constexpr int kLastOrder = 20;  // of 2 * kLargest complex elements, one half for each of two arrays
+
+// What a transform moves at the least: its input and its output.
+size_t traffic(int order, size_t bytesPerPoint) { return (2 * bytesPerPoint) << order; }
+
+// As add(), for what needs a plan: prepare() is not timed and gives the body.
+template <class Prepare>
+void addPlanned(const char* what, const char* who, int order, size_t bytesPerPoint, Prepare prepare) {
+    const std::string name = std::string(what) + "/" + who + "/" + std::to_string(1 << order);
+    benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
+        const auto body = prepare(order);
+        for (auto iteration : state) {
+            (void)iteration;
+            body();
+            benchmark::ClobberMemory();
+        }
+        state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(traffic(order, bytesPerPoint)));
+    });
+}
+
+// Times call(pSpec, pBuffer) for all orders. The specifications are kept to the end of the program.
+template <class Call>
+void timeOurs(const char* what, size_t bytesPerPoint, ZppStatus (*init)(ZppsFFTSpec**, int, int, int),
+              ZppStatus (*bufSize)(const ZppsFFTSpec*, int*), Call call) {
+    for (int order = kFirstOrder; order <= kLastOrder; ++order)
+        addPlanned(what, "zpp", order, bytesPerPoint, [=](int n) {
+            ZppsFFTSpec* spec = nullptr;
+            int size = 0;
+            init(&spec, n, 8, 0);
+            bufSize(spec, &size);
+            auto* buffer = reinterpret_cast<Zpp8u*>(zppsMalloc_32s(size / 4 + 1));
+            return [=] { call(spec, buffer); };
+        });
+}
+
+#ifdef ZPP_HAVE_FFTW
+// Times the plan that make(n) gives.
+template <class Make>
+void timeFftw(const char* what, size_t bytesPerPoint, Make make) {
+    for (int order = kFirstOrder; order <= kLastOrder; ++order)
+        addPlanned(what, "FFTW", order, bytesPerPoint, [=](int n) {
+            const fftw_plan plan = make(1 << n);
+            return [=] { fftw_execute(plan); };
+        });
+}
+
+// Planning overwrites its arrays, so it has some of its own, filled anew for each plan.
+double* scratch(int which) {
+    static double* const arrays[] = {fftw_alloc_real(4 * kLargest), fftw_alloc_real(4 * kLargest)};
+    return arrays[which];
+}
+
+fftw_plan filled(fftw_plan plan) {
+    for (const int i : {0, 1}) std::copy_n(source(i), 2 * kLargest, scratch(i));
+    return plan;
+}
+
+void addFftw() {
+    const auto complex = [](int which) { return reinterpret_cast<fftw_complex*>(scratch(which)); };
+    timeFftw("FFT_C_64fc", 16, [=](int n) {
+        return filled(fftw_plan_dft_1d(n, complex(0), complex(1), FFTW_FORWARD, FFTW_MEASURE));
+    });
+    timeFftw("FFTInv_C_64fc", 16, [=](int n) {
+        return filled(fftw_plan_dft_1d(n, complex(0), complex(1), FFTW_BACKWARD, FFTW_MEASURE));
+    });
+    timeFftw("FFT_C_64f", 16, [](int n) {
+        const fftw_iodim dim = {n, 1, 1};
+        double *in = scratch(0), *out = scratch(1);
+        return filled(fftw_plan_guru_split_dft(1, &dim, 0, nullptr, in, in + n, out, out + n, FFTW_MEASURE));
+    });
+    timeFftw("FFT_R_64f", 8,
+             [=](int n) { return filled(fftw_plan_dft_r2c_1d(n, scratch(0), complex(1), FFTW_MEASURE)); });
+    timeFftw("FFTInv_R_64f", 8, [=](int n) {
+        return filled(fftw_plan_dft_c2r_1d(n, complex(0), scratch(1), FFTW_MEASURE | FFTW_PRESERVE_INPUT));
+    });
+}
+#else
+void addFftw() {}
+#endif
+
+[[maybe_unused]] const bool registered = [] {
+    const Zpp64f* src = source(0);
+    Zpp64f* dst = destination();
+    const Zpp64fc* complexSrc = complexVector(source(0));
+    Zpp64fc* complexDst = complexVector(destination());
+    timeOurs("FFT_C_64fc", 16, zppsFFTInitAlloc_C_64fc, zppsFFTGetBufSize_C_64fc,
+             [=](auto* spec, auto* buffer) { zppsFFTFwd_CToC_64fc(complexSrc, complexDst, spec, buffer); });
+    timeOurs("FFTInv_C_64fc", 16, zppsFFTInitAlloc_C_64fc, zppsFFTGetBufSize_C_64fc,
+             [=](auto* spec, auto* buffer) { zppsFFTInv_CToC_64fc(complexSrc, complexDst, spec, buffer); });
+    timeOurs("FFT_C_64f", 16, zppsFFTInitAlloc_C_64f, zppsFFTGetBufSize_C_64f, [=](auto* spec, auto* buffer) {
+        zppsFFTFwd_CToC_64f(src, src + kLargest, dst, dst + kLargest, spec, buffer);
+    });
+    timeOurs("FFT_R_64f", 8, zppsFFTInitAlloc_R_64f, zppsFFTGetBufSize_R_64f,
+             [=](auto* spec, auto* buffer) { zppsFFTFwd_RToCCS_64f(src, dst, spec, buffer); });
+    timeOurs("FFTInv_R_64f", 8, zppsFFTInitAlloc_R_64f, zppsFFTGetBufSize_R_64f,
+             [=](auto* spec, auto* buffer) { zppsFFTInv_CCSToR_64f(src, dst, spec, buffer); });
+    addFftw();
+
+    for (const int len : kSizes) {
+        const size_t bytes = 3 * sizeof(Zpp64f) * static_cast<size_t>(len);
+        add("MulPerm_64f", "zpp", len, bytes, [=] { zppsMulPerm_64f(src, source(1), dst, len); });
+        add("MulPerm_64f", "memcpy", len, bytes, [=] { memcpy(dst, src, bytes / 2); });
+    }
+    return true;
+}();
+
+}  // namespace
+}  // namespace zpp::bench
