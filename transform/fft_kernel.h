@@ -150,6 +150,10 @@ inline void pass(In in, Out out, size_t n, size_t s, const double* twiddles) {
     using V = typename In::V;
     const size_t m = n / R;
     for (size_t p = 0; p < m; ++p, twiddles += 2 * (R - 1)) {
+        Complex<V> w[R];
+#pragma GCC unroll 8
+        for (size_t k = 1; k < R; ++k)
+            w[k] = {broadcast<V>(twiddles[2 * k - 2]), broadcast<V>(twiddles[2 * k - 1])};
         for (size_t q = 0; q < s; ++q) {
             Complex<V> x[R];
 #pragma GCC unroll 8
@@ -157,10 +161,7 @@ inline void pass(In in, Out out, size_t n, size_t s, const double* twiddles) {
             dft(x);
             out.store(q + s * R * p, x[0]);
 #pragma GCC unroll 8
-            for (size_t k = 1; k < R; ++k) {
-                const Complex<V> w = {broadcast<V>(twiddles[2 * k - 2]), broadcast<V>(twiddles[2 * k - 1])};
-                out.store(q + s * (R * p + k), twiddled(x[k], w));
-            }
+            for (size_t k = 1; k < R; ++k) out.store(q + s * (R * p + k), twiddled(x[k], w[k]));
         }
     }
 }
@@ -195,11 +196,31 @@ inline void lastPass(In in, Out out, size_t n, size_t s, double scale) {
     }
 }
 
-// The size of the tables of `passes` in doubles, and how they are filled: `put(p, k, n)` for w^(p k).
+// The radix of the next pass over sequences of n > 8 blocks.
+constexpr size_t passRadix(size_t n) { return n >= kRadix8From ? 8 : 4; }
+
+// The size of the tables of `passes` in doubles.
 inline size_t passTableSize(size_t n) {
     size_t size = 0;
-    for (; n > 8; n /= 4) size += n / 4 * 6;
+    while (n > 8) {
+        const size_t radix = passRadix(n);
+        n /= radix;
+        size += n * 2 * (radix - 1);
+    }
     return size;
+}
+
+// The next of the passes over s sequences of n > 8 blocks: what remains is in n, s and the twiddles.
+template <class In, class Out>
+inline void nextPass(In in, Out out, size_t& n, size_t& s, const double*& twiddles) {
+    const size_t radix = passRadix(n);
+    if (radix == 8)
+        pass<8>(in, out, n, s, twiddles);
+    else
+        pass<4>(in, out, n, s, twiddles);
+    n /= radix;
+    s *= radix;
+    twiddles += n * 2 * (radix - 1);
 }
 
 // All passes over s sequences of n blocks, from `a` to `out`; `a` and `b` are overwritten. `out` may be the
@@ -208,11 +229,9 @@ template <class A, class B, class Out>
 inline void passes(A a, B b, Out out, size_t n, size_t s, const double* twiddles, double scale) {
     for (;;) {
         if (n <= 8) return lastPass(a, out, n, s, scale);
-        pass<4>(a, b, n, s, twiddles);
-        twiddles += n / 4 * 6, n /= 4, s *= 4;
+        nextPass(a, b, n, s, twiddles);
         if (n <= 8) return lastPass(b, out, n, s, scale);
-        pass<4>(b, a, n, s, twiddles);
-        twiddles += n / 4 * 6, n /= 4, s *= 4;
+        nextPass(b, a, n, s, twiddles);
     }
 }
 
@@ -220,8 +239,8 @@ inline void passes(A a, B b, Out out, size_t n, size_t s, const double* twiddles
 template <class In, class A, class B, class Out>
 inline void passesFrom(In in, A a, B b, Out out, size_t n, size_t s, const double* twiddles, double scale) {
     if (n <= 8) return lastPass(in, out, n, s, scale);
-    pass<4>(in, a, n, s, twiddles);
-    passes(a, b, out, n / 4, s * 4, twiddles + n / 4 * 6, scale);
+    nextPass(in, a, n, s, twiddles);
+    passes(a, b, out, n, s, twiddles, scale);
 }
 
 // W vectors of the input become W blocks.

@@ -49,9 +49,13 @@ double* passTable(Arena& arena, const Roots* roots, int order) {
     double* table = arena.take(passTableSize(size_t{1} << order));
     if (roots == nullptr) return table;
     double* out = table;
-    for (; order > 3; order -= 2)
-        for (size_t p = 0; p < size_t{1} << (order - 2); ++p)
-            for (size_t k = 1; k < 4; ++k, out += 2) put(out, roots->at(p * k, order));
+    for (size_t n = size_t{1} << order; n > 8;) {
+        const size_t radix = passRadix(n);
+        for (size_t p = 0; p < n / radix; ++p)
+            for (size_t k = 1; k < radix; ++k, out += 2) put(out, roots->at(p * k, order));
+        order -= radix == 8 ? 3 : 2;
+        n /= radix;
+    }
     return table;
 }
 

@@ -19,6 +19,9 @@ inline constexpr int kMaxPlainOrder = 16;
 inline constexpr int kMaxBufferOrder = ZPP_FFT_MAX_BUFFER_ORDER;
 // Up to this order the work buffer is on the stack: 8 KiB.
 inline constexpr int kMaxStackOrder = 9;
+// Passes over at least this many blocks have radix 8, others radix 4. With 16 registers radix 8 spills and is
+// slower (by a tenth at 256 to 2048 elements).
+inline constexpr size_t kRadix8From = kLanes<double> >= 8 ? 64 : SIZE_MAX;
 // Work buffers are used from a multiple of this on.
 inline constexpr size_t kBufferAlignment = 64;
 
