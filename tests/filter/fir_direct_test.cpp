@@ -77,8 +77,8 @@ struct DirectFilter {
 TEST_P(FirDirect, IsTheConvolutionSum) {
     forBothTypes([](const auto& functions, auto zero) {
         using T = decltype(zero);
-        for (const std::size_t tapsLen : {1, 2, 3, 5, 8, 13, 16, 31, 64, 500, 1030})
-            for (const std::size_t len : {1, 2, 3, 4, 5, 17, 64, 65, 500, 2500}) {
+        for (const std::size_t tapsLen : {1, 2, 3, 8, 13, 31, 64, 500, 1030})
+            for (const std::size_t len : {1, 3, 4, 5, 17, 64, 65, 2500}) {
                 const auto signal = randomElements<T>(len, 3);
                 for (const std::size_t start : {std::size_t{0}, tapsLen / 2, tapsLen - 1}) {
                     const int index = static_cast<int>(start);

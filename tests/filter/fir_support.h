@@ -80,7 +80,8 @@ inline Exact exact(double x) { return {x, 0}; }
 inline Exact exact(float x) { return {x, 0}; }
 inline Exact exact(Zpp64fc x) { return {x.re, x.im}; }
 inline Exact exact(Zpp32fc x) { return {x.re, x.im}; }
-inline long double magnitude(Exact x) { return std::hypot(x.re, x.im); }
+inline long double squared(Exact x) { return x.re * x.re + x.im * x.im; }
+inline long double magnitude(Exact x) { return std::sqrt(squared(x)); }
 
 template <class T>
 std::vector<T> randomElements(std::size_t n, std::uint64_t stream) {
@@ -107,9 +108,9 @@ struct Convolution {
     Convolution(const std::vector<T>& taps, const std::vector<D>& past, const std::vector<D>& signal)
         : sums(signal.size()), magnitudes(signal.size()) {
         long double tapEnergy = 0, signalEnergy = 0;
-        for (const T& h : taps) tapEnergy += std::pow(magnitude(exact(h)), 2);
-        for (const D& x : past) signalEnergy += std::pow(magnitude(exact(x)), 2);
-        for (const D& x : signal) signalEnergy += std::pow(magnitude(exact(x)), 2);
+        for (const T& h : taps) tapEnergy += squared(exact(h));
+        for (const D& x : past) signalEnergy += squared(exact(x));
+        for (const D& x : signal) signalEnergy += squared(exact(x));
         energy = std::sqrt(tapEnergy * signalEnergy);
         for (std::size_t n = 0; n < signal.size(); ++n)
             for (std::size_t k = 0; k < taps.size(); ++k) {

@@ -47,27 +47,18 @@ struct Filter {
     // by filterOne.
     DataOf<Pair> run(const DataOf<Pair>& signal, bool inPlace, const std::function<int()>& nextLen) {
         EXPECT_EQ(pair.setDlyLine(state, past.data()), zppStatusOk);
-        DataOf<Pair> result;
-        for (std::size_t done = 0; done < signal.size();) {
+        Guarded<typename Pair::Data> src(signal), dst(signal);
+        for (int done = 0, n; done < src.len(); done += n) {
             const int asked = nextLen();
-            const std::size_t n =
-                std::min(static_cast<std::size_t>(std::max(asked, 1)), signal.size() - done);
-            const auto first = signal.begin() + static_cast<std::ptrdiff_t>(done);
-            Guarded<typename Pair::Data> src(DataOf<Pair>(first, first + static_cast<std::ptrdiff_t>(n)));
-            Guarded<typename Pair::Data> dst(n);
-            if (asked == 0) {
-                EXPECT_EQ(pair.filterOne(*first, dst, state), zppStatusOk);
-            } else if (inPlace) {
-                EXPECT_EQ(pair.filterInPlace(src, src.len(), state), zppStatusOk);
-            } else {
-                EXPECT_EQ(pair.filter(src, dst, src.len(), state), zppStatusOk);
-            }
-            const auto y = inPlace && asked != 0 ? src.values() : dst.values();
-            result.insert(result.end(), y.begin(), y.end());
-            EXPECT_TRUE(src.intact() && dst.intact());
-            done += n;
+            n = std::min(std::max(asked, 1), src.len() - done);
+            EXPECT_EQ(asked == 0 ? pair.filterOne(src[done], dst + done, state)
+                      : inPlace  ? pair.filterInPlace(dst + done, n, state)
+                                 : pair.filter(src + done, dst + done, n, state),
+                      zppStatusOk);
         }
-        return result;
+        EXPECT_TRUE(dst.intact());
+        EXPECT_TRUE(sameBits(signal, src.values()));
+        return dst.values();
     }
     DataOf<Pair> runWhole(const DataOf<Pair>& signal, bool inPlace = false) {
         return run(signal, inPlace, [&] { return static_cast<int>(signal.size()); });
@@ -89,7 +80,7 @@ struct Filter {
 TEST_P(Fir, IsTheConvolutionSum) {
     forEachPair([](const auto& pair) {
         using Pair = std::decay_t<decltype(pair)>;
-        for (const int tapsLen : {1, 2, 3, 4, 5, 7, 8, 9, 15, 16, 17, 31, 33, 64, 131}) {
+        for (const int tapsLen : {1, 2, 3, 5, 7, 8, 9, 16, 31, 64, 131}) {
             Filter<Pair> filter(pair, tapsLen, false);
             const auto n = static_cast<std::size_t>(tapsLen);
             for (const int len : awkwardLengths()) {
@@ -112,7 +103,7 @@ TEST_P(Fir, GivesTheSameBitsHoweverSplit) {
     forEachPair([](const auto& pair) {
         using Pair = std::decay_t<decltype(pair)>;
         const auto signal = randomElements<typename Pair::Data>(3001, 3);
-        for (const int tapsLen : {1, 6, 8, 64, 75, 1100, 3500}) {
+        for (const int tapsLen : {1, 6, 8, 64, 75, 1100}) {
             Filter<Pair> filter(pair, tapsLen, false);
             const auto whole = filter.runWhole(signal);
             const int limit = (tapsLen + 3) / 4 * 4 + 1;
