@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <numeric>
 
 #include "check.h"
 
@@ -96,8 +97,11 @@ Spectrogram analyse(const Recording& recording, Band band, int maxColumns,
     // recording, those count for the mean power that reach into it from before and behind.
     for (ptrdiff_t frame = -1; frame < frames + 2; ++frame) {
         const std::vector<double>& power = analyser.at(recording.samples, frame * hop);
-        for (size_t bin = 0; bin < bins; ++bin)
-            (bin >= bandBegin && bin < bandEnd ? result.inside : result.outside) += power[bin];
+        const auto sum = [&](size_t begin, size_t end) {
+            return std::accumulate(power.data() + begin, power.data() + end, 0.0);
+        };
+        result.inside += sum(bandBegin, bandEnd);
+        result.outside += sum(0, bandBegin) + sum(bandEnd, bins);
         if (frame < 0 || frame >= frames) continue;
         const auto column = static_cast<size_t>(frame * result.columns / frames);
         ++framesIn[column];
