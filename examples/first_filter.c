@@ -7,7 +7,10 @@ int main(void) {
     Zpp64f filtered[8];
     ZppsFIRState* state;
     ZppStatus status = zppsFIRInitAlloc_64f(&state, taps, 3, NULL);
-    if (status != zppStatusOk) return fprintf(stderr, "%s\n", zppGetStatusString(status)), 1;
+    if (status != zppStatusOk) {
+        fprintf(stderr, "%s\n", zppGetStatusString(status));
+        return 1;
+    }
     zppsFIR_64f(signal, filtered, 8, state);
     for (int i = 0; i < 8; ++i) printf("%g%c", filtered[i], i < 7 ? ' ' : '\n');
     zppsFIRFree_64f(state);

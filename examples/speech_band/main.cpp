@@ -120,8 +120,9 @@ void run(const Options& options) {
             " samples a second cannot hold the band up to 3400 Hz: it takes more than 6800");
     std::error_code error;
     fs::create_directories(options.output, error);
-    if (!fs::is_directory(options.output))
-        throw std::runtime_error(options.output.string() + ": is no directory");
+    if (error)
+        throw std::runtime_error(options.output.string() +
+                                 ": is no directory to write to: " + error.message());
 
     Recording result;
     Spectrogram before, after;
