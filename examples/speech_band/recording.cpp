@@ -2,6 +2,7 @@
 
 #include <sndfile.h>
 
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 
@@ -39,9 +40,12 @@ void readAs(sf_count_t (*readFrames)(SNDFILE*, T*, sf_count_t), SNDFILE* file, i
     }
 }
 
-// A floating-point file may hold anything; what is not a number becomes silence.
+// A floating-point file may hold anything: what is not a number becomes silence, and what is far beyond full
+// scale is cut, so that its power remains a number.
 void copyFinite(const double* source, double* destination, int count) {
-    for (int i = 0; i < count; ++i) destination[i] = std::isfinite(source[i]) ? source[i] : 0;
+    constexpr double limit = 1e6;
+    for (int i = 0; i < count; ++i)
+        destination[i] = std::isnan(source[i]) ? 0 : std::clamp(source[i], -limit, limit);
 }
 
 // Each format in the type that holds it: 16 bits are the rule.

@@ -12,8 +12,9 @@ namespace {
 
 constexpr double kWindowSeconds = 0.04;
 
+// Within what makes sense whatever sample rate a file claims.
 int orderFor(int sampleRate) {
-    return std::max(4, static_cast<int>(std::lround(std::log2(kWindowSeconds * sampleRate))));
+    return std::clamp(static_cast<int>(std::lround(std::log2(kWindowSeconds * sampleRate))), 4, 16);
 }
 
 std::vector<double> hannWindow(int length) {

@@ -4,6 +4,7 @@ import array
 import math
 import pathlib
 import re
+import struct
 import subprocess
 import sys
 import tempfile
@@ -87,6 +88,15 @@ class SpeechBand(unittest.TestCase):
                 _, filtered = self.levels(self.write("other.wav", tone(INSIDE, count, rate), rate=rate))
                 self.assertEqual(len(filtered), count)
         self.assert_refused("6800 samples a second", "--output", self.dir, self.write("low.wav", [1] * 100, rate=6800))
+
+    def test_values_beyond_full_scale_and_none(self):
+        values = struct.pack("<6f", math.nan, math.inf, -math.inf, 3e38, -3e38, 2.0) * 1000
+        header = struct.pack("<4sI4s4sIHHIIHH4sI", b"RIFF", 36 + len(values), b"WAVE", b"fmt ", 16, 3, 1, 48000, 192000, 4,
+                             32, b"data", len(values))
+        (self.dir / "float.wav").write_bytes(header + values)
+        levels, filtered = self.levels(self.dir / "float.wav")
+        self.assertTrue(all(map(math.isfinite, levels)))
+        self.assertEqual((max(filtered), min(filtered)), (32767, -32768))
 
     def test_unreadable_files_are_refused(self):
         (self.dir / "text.wav").write_text("This is no recording. " * 10)
