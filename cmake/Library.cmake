@@ -29,7 +29,8 @@ add_library(zpp::zpp ALIAS zpp)
 target_link_libraries(zpp PRIVATE $<BUILD_INTERFACE:zpp_objects> m)
 target_include_directories(zpp INTERFACE
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-# Linked as C: the C++ runtime is not there to be found.
+# Linked as C, and CMake adds no libraries for the C++ objects: the C++ runtime is not there to be found.
+set(CMAKE_CXX_IMPLICIT_LINK_LIBRARIES)
 set_target_properties(zpp PROPERTIES
     LINKER_LANGUAGE C VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
-target_link_options(zpp PRIVATE -Wl,-z,defs -Wl,-z,now -Wl,-z,text -static-libgcc)
+target_link_options(zpp PRIVATE -Wl,-z,defs -Wl,-z,now -Wl,-z,text -Wl,--as-needed -static-libgcc)
