@@ -49,7 +49,7 @@ ALLOWED = {
     "core-i386": "cpuid | rdtsc | bswap %eax",
     "core-x86_64": "cpuid | movaps %xmm0,%xmm1 | cmove %ecx,%eax",
 }
-NAMED = {"xgetbv": "readExtendedControl", "fxsave (%eax)": "readMxcsrMask", "ldmxcsr (%eax)": "updateMxcsr"}
+NAMED = [("readExtendedControl", "xgetbv"), ("readMxcsrMask", "fxsave (%eax)"), ("updateMxcsr", "ldmxcsr (%eax)")]
 
 TEMPLATE = "template <class T> T twice(T x) { return x + x; }\n"
 SYMBOLS = [  # C++ source, the complaint or nothing
@@ -123,32 +123,31 @@ def main():
         if not right:
             wrong.append(f"{what}: {found}")
 
-    def function(name, body):
-        return f".text\n.globl {name}\n.type {name}, @function\n{name}:\n{body}\n.size {name}, . - {name}"
+    def refusals(check, subject, bodies):
+        """For each function body the complaints of the check, all in one object."""
+        source = "".join(f".globl {name}\n.type {name}, @function\n{name}:\n{body}\n.size {name}, . - {name}\n"
+                         for name, body in bodies)
+        path = make("assembler", source)
+        faults, _ = check(subject, (path,))
+        return [[fault for fault in faults if fault.startswith(f"{path}: {name}: ")] for name, _ in bodies]
 
-    def refuses(check, subject, body, name="f"):
-        faults, _ = check(subject, [make("assembler", function(name, body))])
-        return [fault for fault in faults if fault.startswith(FOLDER.name)]
+    def expect_refusals(check, subject, rows):
+        bodies = [(f"f{i}", body) for i, (body, _) in enumerate(rows)]
+        for (body, refused), found in zip(rows, refusals(check, subject, bodies)):
+            expect(f"{subject} {'refuses' if refused else 'allows'} {body!r}", bool(found) == refused, found)
 
     mine = set(object_code.instruction_sets.TABLES) - (
         {"core-x86_64"} if ARCH == "i386" else {"x87", "sse", "core-i386"})
     for isa in sorted(mine):
-        for text in REFUSED[isa].split("|"):
-            expect(f"{isa} refuses {text}", refuses(object_code.check_instructions, isa, text), "allowed")
-        for text in ALLOWED[isa].split("|"):
-            found = refuses(object_code.check_instructions, isa, text)
-            expect(f"{isa} allows {text}", not found, found)
-        if isa.startswith("core"):
-            for text, name in NAMED.items():
-                expect(f"{isa} allows {text} in {name}", not refuses(object_code.check_instructions, isa, text, name), "refused")
-        faults, _ = object_code.check_instructions(isa, [make("assembler", function("f", "ret"))])
+        rows = [(text, True) for text in REFUSED[isa].split("|")] + [(text, False) for text in ALLOWED[isa].split("|")]
+        expect_refusals(object_code.check_instructions, isa, rows)
+        faults, _ = object_code.check_instructions(isa, (make("assembler", "f: ret"),))
         expect(f"{isa} misses its own instructions", len(faults) == 1 and "peculiar" in faults[0], faults)
-    for body, refused in UPPERS:
-        found = refuses(object_code.check_uppers, "avx2", body)
-        expect(f"upper halves: {body!r}", bool(found) == refused, found)
-    for body, refused in STACK if ARCH == "i386" else []:
-        found = refuses(object_code.check_stack, "sse2", body)
-        expect(f"stack: {body!r}", bool(found) == refused, found)
+    found = refusals(object_code.check_instructions, f"core-{ARCH}", NAMED)
+    expect("the frame's own functions", not any(found), found)
+    expect_refusals(object_code.check_uppers, "avx2", UPPERS)
+    if ARCH == "i386":
+        expect_refusals(object_code.check_stack, "sse2", STACK)
     for source, complaint in SYMBOLS:
         faults, _ = object_code.check_symbols("sse2", [make("c++", source, "-c", "-std=c++20", "-fno-threadsafe-statics")])
         right = not faults if complaint is None else faults and all(re.search(complaint, fault) for fault in faults)
