@@ -6,6 +6,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     list(APPEND ZPP_FLAGS_sse -mfpmath=387)  # clang has no choice to make here, and refuses the flag
 endif()
 set(ZPP_FLAGS_avx2 -mavx2 -mfma -mf16c -mbmi2 -mfpmath=sse)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # With it GCC 12 leaves out vzeroupper around calls of functions that it knows.
+    list(APPEND ZPP_FLAGS_avx2 -fno-ipa-ra)
+endif()
 set(ZPP_FLAGS_avx512 ${ZPP_FLAGS_avx2} -mavx512f -mavx512dq -mavx512bw -mavx512vl)
 if(ZPP_ARCH STREQUAL "i386")
     set(ZPP_ISAS x87 sse sse2 avx2 avx512)

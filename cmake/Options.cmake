@@ -26,7 +26,11 @@ target_compile_options(zpp_options INTERFACE
     $<$<COMPILE_LANGUAGE:CXX>:-fno-tree-vectorize -fno-tree-slp-vectorize>
     $<$<COMPILE_LANGUAGE:CXX>:-fvisibility=hidden -fvisibility-inlines-hidden>)
 if(ZPP_ARCH STREQUAL "i386")
-    # A caller may enter with the stack aligned to 4 bytes. No MMX: its registers are those of the x87 unit.
-    target_compile_options(zpp_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-mstackrealign -mno-mmx>)
+    # A caller may enter with the stack aligned to 4 bytes. GCC's -mstackrealign misses functions that find out only
+    # in register allocation that they need more. No MMX: its registers are those of the x87 unit.
+    target_compile_options(zpp_options INTERFACE
+        $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-mincoming-stack-boundary=2>
+        $<$<NOT:$<COMPILE_LANG_AND_ID:CXX,GNU>>:$<$<COMPILE_LANGUAGE:CXX>:-mstackrealign>>
+        $<$<COMPILE_LANGUAGE:CXX>:-mno-mmx>)
 endif()
 target_include_directories(zpp_options INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
