@@ -76,13 +76,29 @@ ZPP_INLINE V select(M condition, V a, V b) {
     return condition ? a : b;
 }
 
-// b where the comparison is unordered.
+// b where the comparison is unordered: as the instructions have it, which GCC does not find in the ternary.
 template <class V>
 ZPP_INLINE V min(V a, V b) {
+#ifdef __SSE2__
+    if constexpr (std::is_same_v<V, Vec<float, 4>>) return _mm_min_ps(a, b);
+    if constexpr (std::is_same_v<V, Vec<double, 2>>) return _mm_min_pd(a, b);
+#endif
+#ifdef __AVX2__
+    if constexpr (std::is_same_v<V, Vec<float, 8>>) return _mm256_min_ps(a, b);
+    if constexpr (std::is_same_v<V, Vec<double, 4>>) return _mm256_min_pd(a, b);
+#endif
     return a < b ? a : b;
 }
 template <class V>
 ZPP_INLINE V max(V a, V b) {
+#ifdef __SSE2__
+    if constexpr (std::is_same_v<V, Vec<float, 4>>) return _mm_max_ps(a, b);
+    if constexpr (std::is_same_v<V, Vec<double, 2>>) return _mm_max_pd(a, b);
+#endif
+#ifdef __AVX2__
+    if constexpr (std::is_same_v<V, Vec<float, 8>>) return _mm256_max_ps(a, b);
+    if constexpr (std::is_same_v<V, Vec<double, 4>>) return _mm256_max_pd(a, b);
+#endif
     return a > b ? a : b;
 }
 
@@ -129,8 +145,8 @@ ZPP_INLINE V mulSubFrom(V a, V b, V c) {
     return mulAdd(-a, b, c);
 }
 
-// v, held in a register from here on: a compiler otherwise loads a vector that several fused multiply-adds use
-// once for each of them.
+// v, held in a register from here on: a compiler otherwise loads a vector that several fused multiply-adds
+// use once for each of them.
 template <class V>
 ZPP_INLINE V pinned(V v) {
 #if defined(__AVX512F__)

@@ -169,10 +169,16 @@ ZPP_INLINE Vec<double, N> loadAsDoubles(const S* p) {
     }
 #endif
 #ifdef __AVX2__
+    else if constexpr (N == 4 && std::is_same_v<S, float>)
+        return _mm256_cvtps_pd(load<__m128>(p));
+    else if constexpr (N == 4)
+        return _mm256_cvtepi32_pd(bitCast<__m128i>(loadAsInts<4>(p)));
+#endif
+#ifdef __AVX512F__
     else if constexpr (std::is_same_v<S, float>)
-        return __builtin_convertvector(load<Vec<float, N>>(p), V);
+        return _mm512_maskz_cvtps_pd(kAllLanes & 0xFF, load<__m256>(p));
     else
-        return __builtin_convertvector(loadAsInts<N>(p), V);
+        return _mm512_maskz_cvtepi32_pd(kAllLanes & 0xFF, bitCast<__m256i>(loadAsInts<8>(p)));
 #endif
 }
 
@@ -186,8 +192,12 @@ ZPP_INLINE void storeAsFloats(float* p, V v) {
         storeBytes<8>(p, bitCast<__m128i>(_mm_cvtpd_ps(v)));
 #endif
 #ifdef __AVX2__
+    else if constexpr (n == 4)
+        store(p, _mm256_cvtpd_ps(v));
+#endif
+#ifdef __AVX512F__
     else
-        store(p, __builtin_convertvector(v, Vec<float, n>));
+        store(p, _mm512_maskz_cvtpd_ps(kAllLanes & 0xFF, v));
 #endif
 }
 

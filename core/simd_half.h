@@ -73,14 +73,20 @@ ZPP_INLINE auto loadAsFloats(const Half* p) {
 // N halves as the bits of singles, exactly.
 template <int N>
 ZPP_INLINE auto loadAsFloatBits(const Half* p) {
+    if constexpr (N > kLanes<int32_t>) {
+        return halves(loadAsFloatBits<N / 2>(p), loadAsFloatBits<N / 2>(p + N / 2));
+    } else {
+        const auto half = loadAsInts<N>(&p->bits);
 #ifdef __F16C__
-    if constexpr (N > 1) {
-        const auto halfs = load<Vec<int16_t, N>>(p);
-        if (!any((halfs & 0x7FFF) > kHalfInfinity)) [[likely]]
-            return mapRegisters([](auto v) { return bitCast<Vec<int32_t>>(v); }, loadAsFloats<N>(p));
-    }
+        if constexpr (N > 1) {
+            // The quiet bit of a NaN again as it was: the upper bit of the payload.
+            const auto single = loadAsFloats<N>(p);
+            const auto bits = bitCast<Vec<int32_t, N>>(single);
+            return bits & ~((single != single) & ~(half << 13) & 0x400000);
+        }
 #endif
-    return mapRegisters([](auto v) { return halfToSingle(v); }, loadRegisters<N>(&p->bits));
+        return halfToSingle(half);
+    }
 }
 
 #ifdef __F16C__
