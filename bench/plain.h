@@ -23,4 +23,11 @@ void set(Zpp64fc val, Zpp64fc* dst, int len);
 void flip(const double* a, double* dst, int len);
 void flip(double* a, int len);
 
+// y[n] = sum over k of h[k] x[n-k]; x has tapsLen - 1 older samples before it.
+void fir(const double* x, double* y, int len, const double* h, int tapsLen);
+void fir(const Zpp64fc* x, Zpp64fc* y, int len, const Zpp64fc* h, int tapsLen);
+
+// About `count` products added up, as fast as the processor multiplies and adds.
+double multiplyAdds(long long count);
+
 }  // namespace zpp::plain

@@ -1,0 +1,110 @@
+// FIR filters: beside the plain loop, and beside as many fused multiply-adds as the convolution sum has, at
+// the processor's peak, which direct filtering cannot beat.
+#include "bench/bench.h"
+#include "bench/plain.h"
+
+namespace zpp::bench {
+namespace {
+
+constexpr int kLengths[] = {16, 64, 1024, 4096, 1 << 18};
+constexpr int kMaxTaps = 1024;
+
+template <class T>
+const T* taps() {
+    return reinterpret_cast<const T*>(source(1));
+}
+
+// Samples with kMaxTaps older ones before them.
+template <class T>
+T* signal() {
+    return reinterpret_cast<T*>(source(0)) + kMaxTaps;
+}
+template <class T>
+T* result() {
+    return reinterpret_cast<T*>(destination());
+}
+
+// A state that filters directly; never released, like the vectors.
+template <class T, class Size, class Init>
+ZppsFIRState* directState(int tapsLen, Size size, Init init) {
+    int bytes = 0;
+    size(tapsLen, &bytes);
+    ZppsFIRState* state = nullptr;
+    init(&state, taps<T>(), tapsLen, nullptr, reinterpret_cast<Zpp8u*>(zppsMalloc_64f(bytes / 8 + 1)));
+    return state;
+}
+
+template <class T, class Filter>
+void time(const std::string& what, const char* who, int len, Filter filter) {
+    add(what, who, len, 2 * sizeof(T) * static_cast<size_t>(len), filter);
+}
+
+// `products` real products a tap and output.
+template <class T, class Filter>
+void compare(const std::string& what, int tapsLen, int products, Filter filter) {
+    for (const int len : kLengths) {
+        time<T>(what, "zpp", len, [=] { filter(len); });
+        time<T>(what, "plain", len, [=] { plain::fir(signal<T>(), result<T>(), len, taps<T>(), tapsLen); });
+        const long long count = static_cast<long long>(len) * tapsLen * products;
+        time<T>(what, "peak", len, [=] { benchmark::DoNotOptimize(plain::multiplyAdds(count)); });
+    }
+}
+
+void compareReal(const std::string& what, int tapsLen) {
+    ZppsFIRState* state = directState<Zpp64f>(tapsLen, zppsFIRGetStateSize_64f, zppsFIRInit_64f);
+    compare<Zpp64f>(what, tapsLen, 1,
+                    [=](int len) { zppsFIR_64f(signal<Zpp64f>(), result<Zpp64f>(), len, state); });
+}
+
+// With the FFT, beside direct filtering.
+void compareFft(const std::string& what, int tapsLen) {
+    ZppsFIRState* direct = directState<Zpp64f>(tapsLen, zppsFIRGetStateSize_64f, zppsFIRInit_64f);
+    ZppsFIRState* state = nullptr;
+    zppsFIRInitAlloc_64f(&state, taps<Zpp64f>(), tapsLen, nullptr);
+    for (const int len : {4096, 1 << 18}) {
+        const auto filter = [=](ZppsFIRState* by) {
+            return [=] { zppsFIR_64f(signal<Zpp64f>(), result<Zpp64f>(), len, by); };
+        };
+        time<Zpp64f>(what, "zpp", len, filter(state));
+        time<Zpp64f>(what, "direct", len, filter(direct));
+    }
+}
+
+[[maybe_unused]] const bool registered = [] {
+    compareReal("FIR_64f_8taps", 8);
+    compareReal("FIR_64f_64taps", 64);
+    compareReal("FIR_64f_1024taps", 1024);
+
+    ZppsFIRState* complexState = directState<Zpp64fc>(64, zppsFIRGetStateSize_64fc, zppsFIRInit_64fc);
+    compare<Zpp64fc>("FIR_64fc_64taps", 64, 4,
+                     [=](int len) { zppsFIR_64fc(signal<Zpp64fc>(), result<Zpp64fc>(), len, complexState); });
+
+    ZppsFIRState* singleState = directState<Zpp64f>(64, zppsFIRGetStateSize64f_32f, zppsFIRInit64f_32f);
+    for (const int len : kLengths) {
+        static Zpp32f samples[1 << 18], filtered[1 << 18];
+        add("FIR64f_32f_64taps", "zpp", len, 8 * static_cast<size_t>(len),
+            [=] { zppsFIR64f_32f(samples, filtered, len, singleState); });
+        const long long count = 64LL * len;
+        add("FIR64f_32f_64taps", "peak", len, 8 * static_cast<size_t>(len),
+            [=] { benchmark::DoNotOptimize(plain::multiplyAdds(count)); });
+    }
+
+    compare<Zpp64f>("FIR_Direct_64f_64taps", 64, 1, [](int len) {
+        static Zpp64f line[128];
+        static int index;
+        zppsFIR_Direct_64f(signal<Zpp64f>(), result<Zpp64f>(), len, taps<Zpp64f>(), 64, line, &index);
+    });
+
+    ZppsFIRState* oneState = directState<Zpp64f>(64, zppsFIRGetStateSize_64f, zppsFIRInit_64f);
+    time<Zpp64f>("FIROne_64f_64taps", "zpp", 1,
+                 [=] { zppsFIROne_64f(*signal<Zpp64f>(), result<Zpp64f>(), oneState); });
+    time<Zpp64f>("FIROne_64f_64taps", "plain", 1,
+                 [] { plain::fir(signal<Zpp64f>(), result<Zpp64f>(), 1, taps<Zpp64f>(), 64); });
+
+    compareFft("FIRFft_64f_64taps", 64);
+    compareFft("FIRFft_64f_1024taps", 1024);
+    return true;
+}();
+
+}  // namespace
+}  // namespace zpp::bench
