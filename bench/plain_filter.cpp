@@ -31,7 +31,8 @@ double multiplyAdds(long long count) {
 #endif
     constexpr int chains = 10;
     typedef double Vector __attribute__((vector_size(sizeof(double) * lanes)));
-    Vector sums[chains] = {}, factor = Vector{} + 0.5;
+    Vector sums[chains], factor = Vector{} + 0.5;
+    for (int i = 0; i < chains; ++i) sums[i] = Vector{} + i;  // or the compiler would make them one
     for (long long done = 0; done < count; done += lanes * chains) {
         __asm__("" : "+x"(factor));
 #pragma GCC unroll 10

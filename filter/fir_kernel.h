@@ -59,7 +59,7 @@ struct Sums<Zpp64fc, N> {
     V byRe{}, byIm{};
 
     ZPP_INLINE static Tap tap(const Zpp64fc& h) { return {broadcast<V>(h.re), broadcast<V>(h.im)}; }
-    ZPP_INLINE static V samples(const Zpp64fc* x) { return load<V>(x); }
+    ZPP_INLINE static V samples(const Zpp64fc* x) { return pinned(load<V>(x)); }
     ZPP_INLINE void add(Tap h, V x) {
         byRe = mulAdd(h.re, x, byRe);
         byIm = mulAdd(h.im, x, byIm);
