@@ -46,8 +46,8 @@ constexpr const char* kOptional[][2] = {{"zppsFFT*", "pBuffer"},
 constexpr const char* kNeverShared[] = {"zppsCopy_*", "zppsFlip_64f"};
 
 constexpr const char* kBounded[] = {"zppsFFT*", "zppsFIR*"};
-constexpr const char* kExactBits[] = {"zppsCopy_*", "zppsMove_*",      "zppsSet_*",
-                                      "zppsZero_*", "zppsSwapBytes_*", "zppsFlip_*"};
+constexpr const char* kExactBits[] = {"zppsCopy_*",      "zppsMove_*", "zppsSet_*",         "zppsZero_*",
+                                      "zppsSwapBytes_*", "zppsFlip_*", "zppsConvert_16f32f"};
 
 template <std::size_t N>
 bool listed(const char* const (&patterns)[N], const std::string& name) {

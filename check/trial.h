@@ -41,6 +41,10 @@ struct Outcome {
 // Calls the function as it is bound.
 Outcome perform(const Function& f, const Inputs& inputs, const Layout& layout);
 
+// Nanoseconds of a call, as it is bound, by so many of them; and of the way there and back alone.
+double timeCall(const Function& f, const Inputs& inputs, int calls);
+double timeEmptyCall(int calls);
+
 // The values of Layout::shared that the function allows.
 std::vector<int> sharingsOf(const Function& f, const Inputs& inputs);
 

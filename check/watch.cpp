@@ -4,6 +4,7 @@
 #include <setjmp.h>
 #include <signal.h>
 
+#include <chrono>
 #include <cstring>
 
 #include "tests/support/guarded.h"
@@ -57,7 +58,8 @@ void setControl(std::uint16_t x87, std::uint32_t mxcsr) {
     __asm__ volatile("cld; fninit; fldcw %0; ldmxcsr %1" : : "m"(x87), "m"(mxcsr) : "memory");
 }
 
-[[gnu::target("avx")]] int dirtyVectors() {
+// Not compiled for AVX, or the compiler would clean up.
+int dirtyVectors() {
     __asm__ volatile("vcmpps $15, %%ymm0, %%ymm0, %%ymm0" : : : "xmm0");
     return 0;
 }
@@ -152,8 +154,21 @@ bool WatchedCall::stackIntact() const {
     return true;
 }
 
-std::uint64_t WatchedCall::run(bool watched) {
-    block_[CALL_WATCH] = static_cast<unsigned char>(!watched ? 0 : watchesVectors() ? 3 : 1);
+double WatchedCall::time(int calls) {
+    using Clock = std::chrono::steady_clock;
+    layOutStack();
+    const auto arguments = reinterpret_cast<void*>(read<std::uintptr_t>(block_ + CALL_STACK));
+    const auto begin = Clock::now();
+    for (int i = 0; i < calls; ++i) {
+        std::memcpy(arguments, words_.data(),
+                    words_.size() * sizeof(std::uintptr_t));  // the callee's to change
+        zpp_watched_call(block_);
+    }
+    return std::chrono::duration<double, std::nano>(Clock::now() - begin).count() / calls;
+}
+
+std::uint64_t WatchedCall::run() {
+    block_[CALL_WATCH] = static_cast<unsigned char>(watchesVectors() ? 3 : 1);
     layOutStack();
     signal_ = sigsetjmp(beforeCall, 0);
     if (signal_ == 0) {
