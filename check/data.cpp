@@ -62,14 +62,14 @@ double ordinary(test::Random& random) {
 
 double floatingNumber(std::size_t size, Data data, test::Random& random) {
     if (data == Data::kUniform) return random.uniform();
-    if (data == Data::kOrdinary || random.below(2) != 0) return ordinary(random);
+    if (data == Data::kOrdinary || random.below(4) == 0) return ordinary(random);
     if (size == sizeof(float)) return anyOf(kSingles, random);
     return data == Data::kTame ? anyOf(kDoubles, random, kTameDoubles) : anyOf(kDoubles, random);
 }
 
 std::uint64_t integerNumber(std::size_t size, Data data, test::Random& random) {
     const unsigned bits = static_cast<unsigned>(8 * size);
-    if (data == Data::kOrdinary || random.below(2) != 0) {  // of either sign, any magnitude
+    if (data == Data::kOrdinary || random.below(4) == 0) {  // of either sign, any magnitude
         const auto number = static_cast<std::int64_t>(random.bits()) >> (64 - bits);
         return static_cast<std::uint64_t>(number >> random.below(bits));
     }

@@ -10,7 +10,7 @@ namespace zpp::check {
 
 enum class Data {
     kOrdinary,  // many magnitudes, and many ties of rounding
-    kSpecial,   // every other number from the edges of its type: NaN, Inf, zeros, subnormals, extremes
+    kSpecial,   // three numbers of four from the edges of its type: NaN, Inf, zeros, subnormals, extremes
     kTame,      // as kSpecial, but no double operation comes near a subnormal result
     kUniform,   // floating numbers in [-1, 1)
     kPatterns,  // any bits
