@@ -154,9 +154,17 @@ bool parse(int argc, char** argv, Mode& mode, Options& options) {
 int run(int argc, char** argv) {
     Mode mode = check;
     Options options;
-    if (!parse(argc, argv, mode, options) || selected(options).empty() ||
-        Session(options).bindings().empty()) {
+    if (argc == 2 && std::strcmp(argv[1], "--help") == 0) {
+        std::fputs(kUsage, stdout);
+        return kOk;
+    }
+    if (!parse(argc, argv, mode, options)) {
         std::fputs(kUsage, stderr);
+        return kUsageError;
+    }
+    if (selected(options).empty() || Session(options).bindings().empty()) {
+        std::fputs("zpp-check: there is no such function, or no such build that runs here; see --list\n",
+                   stderr);
         return kUsageError;
     }
     catchFaults();

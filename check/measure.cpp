@@ -59,7 +59,7 @@ bool addToDigest(const Function& f, std::uint64_t& digest) {
 }
 
 std::vector<double> timeCalls(const Session& session, const Function& f, int length) {
-    if (ownCheckOf(f) != nullptr || f.matches("zpps*Free_*") || f.has(Role::kObjectOut)) return {};
+    if (ownCheckOf(f) != nullptr || releasesObject(f) || f.has(Role::kObjectOut)) return {};
     const Inputs in = makeInputs(f, length, 0, Data::kUniform);
     const int calls = std::clamp(kCalls * 1000 / length, 1, kCalls);
     std::vector<double> best(session.bindings().size(), HUGE_VAL);

@@ -135,6 +135,8 @@ bool mayBeNull(const Function& f, const Argument& a) { return listed(kOptional, 
 
 bool mayShare(const Function& f) { return !listed(kNeverShared, f.name); }
 
+bool releasesObject(const Function& f) { return f.matches("zppsF??Free*"); }
+
 Promise promiseOf(const Function& f) {
     if (listed(kBounded, f.name)) return Promise::kBound;
     return listed(kExactBits, f.name) ? Promise::kBits : Promise::kValues;

@@ -36,6 +36,9 @@ enum class Promise {
 };
 Promise promiseOf(const Function& f);
 
+// Whether the function releases the object that it takes.
+bool releasesObject(const Function& f);
+
 // The state or the specification of one call; everything in it goes through the entry stubs.
 class Object {
   public:

@@ -5,7 +5,28 @@
 
 #include "zpp.h"
 
+// There where a sanitizer is linked, which ends the program at its first finding.
+extern "C" [[gnu::weak]] void __sanitizer_set_death_callback(void (*callback)());
+
 namespace zpp::check {
+namespace {
+
+std::string replayOf(const Function& f, const test::Binding& binding) {
+    return "zpp-check --function " + f.name + " --column " + binding.columnName() + " --isa " +
+           binding.isaName() + " --seed " + std::to_string(test::seed());
+}
+
+// The call being made, for a program that ends in it.
+const Function* currentFunction = nullptr;
+test::Binding currentBinding;
+
+void printCurrentCall() {
+    if (currentFunction != nullptr)
+        std::printf("replay: %s\n", replayOf(*currentFunction, currentBinding).c_str());
+    std::fflush(stdout);
+}
+
+}  // namespace
 
 const test::Binding& referenceBinding() { return test::runnableBindings().front(); }
 
@@ -28,10 +49,12 @@ Session::Session(const Options& options) : options_(options) {
         if ((options.column.empty() || options.column == binding.columnName()) &&
             (options.isa.empty() || options.isa == binding.isaName()))
             bindings_.push_back(binding);
+    if (__sanitizer_set_death_callback != nullptr) __sanitizer_set_death_callback(printCurrentCall);
 }
 
 void Session::bind(const test::Binding& binding) const {
     binding.bind();
+    currentBinding = binding;
     if (planted_ != nullptr && binding.name() != referenceBinding().name())
         *planted_->record->slot = plantedEntry_;
 }
@@ -41,8 +64,7 @@ void Session::report(const Function& f, const test::Binding* binding, const std:
     std::string message = f.name + (binding != nullptr ? ' ' + binding->name() : "") + ": " + text;
     if (!details.empty()) message += "\n    in: " + details;
     if (binding != nullptr) {
-        message += "\n    replay: zpp-check --function " + f.name + " --column " + binding->columnName() +
-                   " --isa " + binding->isaName() + " --seed " + std::to_string(test::seed());
+        message += "\n    replay: " + replayOf(f, *binding);
         if (length != 0) message += " --length " + std::to_string(length);
         failures_.push_back(f.name + binding->name());
     }
@@ -56,6 +78,7 @@ bool Session::failed(const Function& f, const test::Binding& binding) const {
 
 Outcome Session::call(const Function& f, const Inputs& in, const Layout& layout) {
     ++calls_;
+    currentFunction = &f;
     return perform(f, in, layout);
 }
 

@@ -192,7 +192,7 @@ class Trial {
             if (made == nullptr) outcome_.complaint = "makes no object";
             object_.adopt(made);
         }
-        if (f_.matches("zpps*Free_*") || f_.matches("zpps*Free64*"))
+        if (releasesObject(f_))
             object_.forget();
         else
             outcome_.object = object_.content();

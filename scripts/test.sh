@@ -15,5 +15,13 @@ for preset in linux-x86_64 linux-i386 linux-x86_64-sanitize; do
         cmake --build --preset "$preset" &&
         ctest --preset "$preset" --output-junit "$PWD/build/$preset/ctest.xml" || failed=1
 done
+
+# What is promised to the last bit is the same on every target.
+digests=$(for digest in build/*/check/zpp-check; do "$digest" --hash; done) || failed=1
+echo "$digests"
+if [ "$(sort -u <<<"$digests" | wc -l)" != 1 ]; then
+    echo "the targets compute different results"
+    failed=1
+fi
 python3 scripts/count-tests.py build/*/ || failed=1
 exit $failed
