@@ -35,7 +35,13 @@ install_packages() {
         { dpkg --print-architecture; dpkg --print-foreign-architectures; } | grep -qx "$architecture" ||
             as_root dpkg --add-architecture "$architecture" || return 1
     done
-    local options=(-qq -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0)
-    as_root apt-get "${options[@]}" update >&2 &&
-        as_root apt-get "${options[@]}" install -y --no-install-recommends "${missing[@]}" >&2
+    local log status=0
+    log=$(mktemp)
+    {
+        as_root apt-get -qq -o DPkg::Lock::Timeout=300 update &&
+            as_root apt-get -qq -o DPkg::Lock::Timeout=300 install -y --no-install-recommends "${missing[@]}"
+    } >"$log" 2>&1 || status=$?
+    [ $status -eq 0 ] || cat "$log" >&2
+    rm -f "$log"
+    return $status
 }
