@@ -10,7 +10,7 @@ enum SpecKind : int32_t { kComplexSpec = 7, kSplitSpec = 8, kRealSpec = 9 };
 
 inline constexpr int kMaxOrder = 30;
 // Up to this order the passes go over the whole data; above, the four-step scheme keeps to the cache.
-inline constexpr int kMaxPlainOrder = 16;
+inline constexpr int kMaxPlainOrder = 15;
 // The largest order whose work buffer, one copy of the data, has a size that is an int. Above, the first
 // passes run in place and leave parts of this order. A test that cannot have 2 GiB lowers it.
 #ifndef ZPP_FFT_MAX_BUFFER_ORDER

@@ -178,7 +178,7 @@ const Example& example(int order, std::size_t count) {
     std::vector<Exact> roots;
     for (std::size_t k = 0; k < n; ++k) roots.push_back(root(k, order));
     for (std::size_t i = 0; i < (count == 0 ? n : count); ++i) {
-        const std::size_t at = count == 0 ? i : random.below(n);
+        const std::size_t at = count == 0 ? i : static_cast<std::size_t>(random.below(n));
         e.signal[at] = {random.uniform(), random.uniform()};
     }
     for (std::size_t at = 0; at < n; ++at) {
