@@ -33,12 +33,12 @@ ZPP_EXPORT(ZppStatus, zppsSet_64f, (Zpp64f val, Zpp64f* pDst, int len))
 ZPP_EXPORT(ZppStatus, zppsSet_64fc, (Zpp64fc val, Zpp64fc* pDst, int len))
 
 /* pDst[i] = +0. */
-ZPP_EXPORT(ZppStatus, zppsZero_64f, (Zpp64f * pDst, int len))
-ZPP_EXPORT(ZppStatus, zppsZero_64fc, (Zpp64fc * pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsZero_64f, (Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsZero_64fc, (Zpp64fc* pDst, int len))
 
 /* pDst[len-1-i] = pSrc[i], for vectors that do not overlap; _I reverses in place. */
 ZPP_EXPORT(ZppStatus, zppsFlip_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int len))
-ZPP_EXPORT(ZppStatus, zppsFlip_64f_I, (Zpp64f * pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsFlip_64f_I, (Zpp64f* pSrcDst, int len))
 
 /* Type conversion
  *
@@ -130,6 +130,6 @@ ZPP_EXPORT(ZppStatus, zppsConvert_32f16f, (const Zpp32f* pSrc, Zpp16f* pDst, int
 
 /* The bytes of every packed element in reverse order; _I in place. */
 ZPP_EXPORT(ZppStatus, zppsSwapBytes_24u, (const Zpp8u* pSrc, Zpp8u* pDst, int len))
-ZPP_EXPORT(ZppStatus, zppsSwapBytes_24u_I, (Zpp8u * pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsSwapBytes_24u_I, (Zpp8u* pSrcDst, int len))
 
 #endif

@@ -39,16 +39,16 @@ ZPP_EXPORT(ZppStatus, zppsFIRGetStateSize64fc_32fc, (int tapsLen, int* pSize))
  * all blocks directly.
  * Returned, in this order of checks: -8 for a null pointer other than pDlyLine; -26; -6 as above. */
 ZPP_EXPORT(ZppStatus, zppsFIRInit_64f,
-           (ZppsFIRState * *ppState, const Zpp64f* pTaps, int tapsLen, const Zpp64f* pDlyLine,
+           (ZppsFIRState** ppState, const Zpp64f* pTaps, int tapsLen, const Zpp64f* pDlyLine,
             Zpp8u* pBuffer))
 ZPP_EXPORT(ZppStatus, zppsFIRInit_64fc,
-           (ZppsFIRState * *ppState, const Zpp64fc* pTaps, int tapsLen, const Zpp64fc* pDlyLine,
+           (ZppsFIRState** ppState, const Zpp64fc* pTaps, int tapsLen, const Zpp64fc* pDlyLine,
             Zpp8u* pBuffer))
 ZPP_EXPORT(ZppStatus, zppsFIRInit64f_32f,
-           (ZppsFIRState * *ppState, const Zpp64f* pTaps, int tapsLen, const Zpp32f* pDlyLine,
+           (ZppsFIRState** ppState, const Zpp64f* pTaps, int tapsLen, const Zpp32f* pDlyLine,
             Zpp8u* pBuffer))
 ZPP_EXPORT(ZppStatus, zppsFIRInit64fc_32fc,
-           (ZppsFIRState * *ppState, const Zpp64fc* pTaps, int tapsLen, const Zpp32fc* pDlyLine,
+           (ZppsFIRState** ppState, const Zpp64fc* pTaps, int tapsLen, const Zpp32fc* pDlyLine,
             Zpp8u* pBuffer))
 
 /* Allocate a state, to be released by zppsFIRFree. With 32 taps or more (complex: 16) it filters blocks
@@ -56,20 +56,20 @@ ZPP_EXPORT(ZppStatus, zppsFIRInit64fc_32fc,
  * Returned, in this order of checks: -8 for a null pointer other than pDlyLine; -26; -6 as above; -9 where
  * memory is short. After an error *ppState is unchanged and nothing stays allocated. */
 ZPP_EXPORT(ZppStatus, zppsFIRInitAlloc_64f,
-           (ZppsFIRState * *ppState, const Zpp64f* pTaps, int tapsLen, const Zpp64f* pDlyLine))
+           (ZppsFIRState** ppState, const Zpp64f* pTaps, int tapsLen, const Zpp64f* pDlyLine))
 ZPP_EXPORT(ZppStatus, zppsFIRInitAlloc_64fc,
-           (ZppsFIRState * *ppState, const Zpp64fc* pTaps, int tapsLen, const Zpp64fc* pDlyLine))
+           (ZppsFIRState** ppState, const Zpp64fc* pTaps, int tapsLen, const Zpp64fc* pDlyLine))
 ZPP_EXPORT(ZppStatus, zppsFIRInitAlloc64f_32f,
-           (ZppsFIRState * *ppState, const Zpp64f* pTaps, int tapsLen, const Zpp32f* pDlyLine))
+           (ZppsFIRState** ppState, const Zpp64f* pTaps, int tapsLen, const Zpp32f* pDlyLine))
 ZPP_EXPORT(ZppStatus, zppsFIRInitAlloc64fc_32fc,
-           (ZppsFIRState * *ppState, const Zpp64fc* pTaps, int tapsLen, const Zpp32fc* pDlyLine))
+           (ZppsFIRState** ppState, const Zpp64fc* pTaps, int tapsLen, const Zpp32fc* pDlyLine))
 
 /* Releases a state of zppsFIRInitAlloc; does nothing with one of zppsFIRInit.
  * Returned, in this order of checks: -8; -17 for a state of another kind or type pair. */
-ZPP_EXPORT(ZppStatus, zppsFIRFree_64f, (ZppsFIRState * pState))
-ZPP_EXPORT(ZppStatus, zppsFIRFree_64fc, (ZppsFIRState * pState))
-ZPP_EXPORT(ZppStatus, zppsFIRFree64f_32f, (ZppsFIRState * pState))
-ZPP_EXPORT(ZppStatus, zppsFIRFree64fc_32fc, (ZppsFIRState * pState))
+ZPP_EXPORT(ZppStatus, zppsFIRFree_64f, (ZppsFIRState* pState))
+ZPP_EXPORT(ZppStatus, zppsFIRFree_64fc, (ZppsFIRState* pState))
+ZPP_EXPORT(ZppStatus, zppsFIRFree64f_32f, (ZppsFIRState* pState))
+ZPP_EXPORT(ZppStatus, zppsFIRFree64fc_32fc, (ZppsFIRState* pState))
 
 /* Copies the taps out, tapsLen of them, as they were given. Errors: -8; -17. */
 ZPP_EXPORT(ZppStatus, zppsFIRGetTaps_64f, (const ZppsFIRState* pState, Zpp64f* pTaps))
@@ -91,10 +91,10 @@ ZPP_EXPORT(ZppStatus, zppsFIRGetDlyLine64f_32f, (const ZppsFIRState* pState, Zpp
 ZPP_EXPORT(ZppStatus, zppsFIRGetDlyLine64fc_32fc, (const ZppsFIRState* pState, Zpp32fc* pDlyLine))
 
 /* Replaces the delay line. Errors: -8 for a null pState; -17. */
-ZPP_EXPORT(ZppStatus, zppsFIRSetDlyLine_64f, (ZppsFIRState * pState, const Zpp64f* pDlyLine))
-ZPP_EXPORT(ZppStatus, zppsFIRSetDlyLine_64fc, (ZppsFIRState * pState, const Zpp64fc* pDlyLine))
-ZPP_EXPORT(ZppStatus, zppsFIRSetDlyLine64f_32f, (ZppsFIRState * pState, const Zpp32f* pDlyLine))
-ZPP_EXPORT(ZppStatus, zppsFIRSetDlyLine64fc_32fc, (ZppsFIRState * pState, const Zpp32fc* pDlyLine))
+ZPP_EXPORT(ZppStatus, zppsFIRSetDlyLine_64f, (ZppsFIRState* pState, const Zpp64f* pDlyLine))
+ZPP_EXPORT(ZppStatus, zppsFIRSetDlyLine_64fc, (ZppsFIRState* pState, const Zpp64fc* pDlyLine))
+ZPP_EXPORT(ZppStatus, zppsFIRSetDlyLine64f_32f, (ZppsFIRState* pState, const Zpp32f* pDlyLine))
+ZPP_EXPORT(ZppStatus, zppsFIRSetDlyLine64fc_32fc, (ZppsFIRState* pState, const Zpp32fc* pDlyLine))
 
 /* FIR filtering
  *
@@ -115,10 +115,10 @@ ZPP_EXPORT(ZppStatus, zppsFIR_64fc, (const Zpp64fc* pSrc, Zpp64fc* pDst, int num
 ZPP_EXPORT(ZppStatus, zppsFIR64f_32f, (const Zpp32f* pSrc, Zpp32f* pDst, int numIters, ZppsFIRState* pState))
 ZPP_EXPORT(ZppStatus, zppsFIR64fc_32fc,
            (const Zpp32fc* pSrc, Zpp32fc* pDst, int numIters, ZppsFIRState* pState))
-ZPP_EXPORT(ZppStatus, zppsFIR_64f_I, (Zpp64f * pSrcDst, int numIters, ZppsFIRState* pState))
-ZPP_EXPORT(ZppStatus, zppsFIR_64fc_I, (Zpp64fc * pSrcDst, int numIters, ZppsFIRState* pState))
-ZPP_EXPORT(ZppStatus, zppsFIR64f_32f_I, (Zpp32f * pSrcDst, int numIters, ZppsFIRState* pState))
-ZPP_EXPORT(ZppStatus, zppsFIR64fc_32fc_I, (Zpp32fc * pSrcDst, int numIters, ZppsFIRState* pState))
+ZPP_EXPORT(ZppStatus, zppsFIR_64f_I, (Zpp64f* pSrcDst, int numIters, ZppsFIRState* pState))
+ZPP_EXPORT(ZppStatus, zppsFIR_64fc_I, (Zpp64fc* pSrcDst, int numIters, ZppsFIRState* pState))
+ZPP_EXPORT(ZppStatus, zppsFIR64f_32f_I, (Zpp32f* pSrcDst, int numIters, ZppsFIRState* pState))
+ZPP_EXPORT(ZppStatus, zppsFIR64fc_32fc_I, (Zpp32fc* pSrcDst, int numIters, ZppsFIRState* pState))
 
 /* One input in, one output to *pDstVal. Errors: -8 for a null pointer; -17. */
 ZPP_EXPORT(ZppStatus, zppsFIROne_64f, (Zpp64f src, Zpp64f* pDstVal, ZppsFIRState* pState))
@@ -135,13 +135,13 @@ ZPP_EXPORT(ZppStatus, zppsFIR_Direct_64f,
            (const Zpp64f* pSrc, Zpp64f* pDst, int numIters, const Zpp64f* pTaps, int tapsLen,
             Zpp64f* pDlyLine, int* pDlyLineIndex))
 ZPP_EXPORT(ZppStatus, zppsFIR_Direct_64f_I,
-           (Zpp64f * pSrcDst, int numIters, const Zpp64f* pTaps, int tapsLen, Zpp64f* pDlyLine,
+           (Zpp64f* pSrcDst, int numIters, const Zpp64f* pTaps, int tapsLen, Zpp64f* pDlyLine,
             int* pDlyLineIndex))
 ZPP_EXPORT(ZppStatus, zppsFIR_Direct_64fc,
            (const Zpp64fc* pSrc, Zpp64fc* pDst, int numIters, const Zpp64fc* pTaps, int tapsLen,
             Zpp64fc* pDlyLine, int* pDlyLineIndex))
 ZPP_EXPORT(ZppStatus, zppsFIR_Direct_64fc_I,
-           (Zpp64fc * pSrcDst, int numIters, const Zpp64fc* pTaps, int tapsLen, Zpp64fc* pDlyLine,
+           (Zpp64fc* pSrcDst, int numIters, const Zpp64fc* pTaps, int tapsLen, Zpp64fc* pDlyLine,
             int* pDlyLineIndex))
 
 /* The same for one sample; _I reads and replaces *pSrcDst.
@@ -151,11 +151,11 @@ ZPP_EXPORT(ZppStatus, zppsFIROne_Direct_64f,
            (Zpp64f src, Zpp64f* pDstVal, const Zpp64f* pTaps, int tapsLen, Zpp64f* pDlyLine,
             int* pDlyLineIndex))
 ZPP_EXPORT(ZppStatus, zppsFIROne_Direct_64f_I,
-           (Zpp64f * pSrcDst, const Zpp64f* pTaps, int tapsLen, Zpp64f* pDlyLine, int* pDlyLineIndex))
+           (Zpp64f* pSrcDst, const Zpp64f* pTaps, int tapsLen, Zpp64f* pDlyLine, int* pDlyLineIndex))
 ZPP_EXPORT(ZppStatus, zppsFIROne_Direct_64fc,
            (Zpp64fc src, Zpp64fc* pDstVal, const Zpp64fc* pTaps, int tapsLen, Zpp64fc* pDlyLine,
             int* pDlyLineIndex))
 ZPP_EXPORT(ZppStatus, zppsFIROne_Direct_64fc_I,
-           (Zpp64fc * pSrcDst, const Zpp64fc* pTaps, int tapsLen, Zpp64fc* pDlyLine, int* pDlyLineIndex))
+           (Zpp64fc* pSrcDst, const Zpp64fc* pTaps, int tapsLen, Zpp64fc* pDlyLine, int* pDlyLineIndex))
 
 #endif

@@ -15,15 +15,15 @@
  *     2  inverse, by 1 / N  4  both, by 1 / sqrt(N)
  * Returned, in this order of checks: -8 ppSpec null; -15 order out of range; -9 memory short; -16 another
  * flag. After an error *ppSpec is as it was. */
-ZPP_EXPORT(ZppStatus, zppsFFTInitAlloc_C_64fc, (ZppsFFTSpec * *ppSpec, int order, int flag, int hint))
-ZPP_EXPORT(ZppStatus, zppsFFTInitAlloc_C_64f, (ZppsFFTSpec * *ppSpec, int order, int flag, int hint))
-ZPP_EXPORT(ZppStatus, zppsFFTInitAlloc_R_64f, (ZppsFFTSpec * *ppSpec, int order, int flag, int hint))
+ZPP_EXPORT(ZppStatus, zppsFFTInitAlloc_C_64fc, (ZppsFFTSpec** ppSpec, int order, int flag, int hint))
+ZPP_EXPORT(ZppStatus, zppsFFTInitAlloc_C_64f, (ZppsFFTSpec** ppSpec, int order, int flag, int hint))
+ZPP_EXPORT(ZppStatus, zppsFFTInitAlloc_R_64f, (ZppsFFTSpec** ppSpec, int order, int flag, int hint))
 
 /* Release a specification.
  * Returned: -8 pSpec null; -17 not a specification of this kind, nothing is released. */
-ZPP_EXPORT(ZppStatus, zppsFFTFree_C_64fc, (ZppsFFTSpec * pSpec))
-ZPP_EXPORT(ZppStatus, zppsFFTFree_C_64f, (ZppsFFTSpec * pSpec))
-ZPP_EXPORT(ZppStatus, zppsFFTFree_R_64f, (ZppsFFTSpec * pSpec))
+ZPP_EXPORT(ZppStatus, zppsFFTFree_C_64fc, (ZppsFFTSpec* pSpec))
+ZPP_EXPORT(ZppStatus, zppsFFTFree_C_64f, (ZppsFFTSpec* pSpec))
+ZPP_EXPORT(ZppStatus, zppsFFTFree_R_64f, (ZppsFFTSpec* pSpec))
 
 /* *pSize = bytes of work buffer that a transform needs, whatever its address; 0 (none) for complex orders up
  * to 9 and real orders up to 10.
@@ -96,10 +96,10 @@ ZPP_EXPORT(ZppStatus, zppsMulPackConj_64f_I, (const Zpp64f* pSrc, Zpp64f* pSrcDs
 /* The full spectrum of len complex numbers, pDst[len - k] = conj(pDst[k]). X[0] and X[len/2] are (Rk, 0), of
  * CCS (Rk, Ik) as stored. In place the packed spectrum stands at the start of pSrcDst. */
 ZPP_EXPORT(ZppStatus, zppsConjPack_64fc, (const Zpp64f* pSrc, Zpp64fc* pDst, int len))
-ZPP_EXPORT(ZppStatus, zppsConjPack_64fc_I, (Zpp64fc * pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsConjPack_64fc_I, (Zpp64fc* pSrcDst, int len))
 ZPP_EXPORT(ZppStatus, zppsConjPerm_64fc, (const Zpp64f* pSrc, Zpp64fc* pDst, int len))
-ZPP_EXPORT(ZppStatus, zppsConjPerm_64fc_I, (Zpp64fc * pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsConjPerm_64fc_I, (Zpp64fc* pSrcDst, int len))
 ZPP_EXPORT(ZppStatus, zppsConjCcs_64fc, (const Zpp64f* pSrc, Zpp64fc* pDst, int len))
-ZPP_EXPORT(ZppStatus, zppsConjCcs_64fc_I, (Zpp64fc * pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsConjCcs_64fc_I, (Zpp64fc* pSrcDst, int len))
 
 #endif
