@@ -58,7 +58,7 @@ class RoundedShiftRight {
     template <class V>
     ZPP_INLINE V operator()(V v) const {
         const V quotient = v >> count_;
-        const V rest = v & ((T{1} << count_) - 1);
+        const V rest = v & static_cast<T>(~(~std::make_unsigned_t<T>{0} << count_));
         // Up where the rest is above one half, or is one half and the quotient odd. Nothing reaches the sign.
         const V limit = (T{1} << (count_ - 1)) - (quotient & 1);
         return addWhere(asSigned(rest) > asSigned(limit), quotient);
