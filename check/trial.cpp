@@ -213,7 +213,7 @@ class Trial {
 // The builds that compute with the x87 unit round a product or quotient below 2^-1022 twice, which changes
 // its last bit, 2^-1074; in a formula that divides by numbers above 2^-40 not more than this comes of it.
 double toleranceOf(const Function& f, const Inputs& in, std::size_t part, bool withX87) {
-    constexpr double kDouble = 0x1p-47, kSingle = 0x1p-23, kX87 = 0x1p-1030;
+    constexpr double kDouble = 0x1p-51, kSingle = 0x1p-23, kX87 = 0x1p-1030;
     if (promiseOf(f) == Promise::kBound)
         return (in.sizes.length < 128 ? 128 : in.sizes.length) * (part == sizeof(float) ? kSingle : kDouble);
     return withX87 && !f.matches("zppsConvert_*") ? kX87 : 0;

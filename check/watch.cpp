@@ -4,6 +4,7 @@
 #include <setjmp.h>
 #include <signal.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstring>
 
@@ -143,7 +144,7 @@ void WatchedCall::layOutStack() {
     const unsigned offset = phase_ * kStackAlignment % 32;
     const std::uintptr_t top = ((end - kCanaryBytes - bytes - 32) & ~std::uintptr_t{31}) + offset;
     std::memset(reinterpret_cast<void*>(top), kCanary, end - top);
-    std::memcpy(reinterpret_cast<void*>(top), words_.data(), bytes);
+    std::copy(words_.begin(), words_.end(), reinterpret_cast<std::uintptr_t*>(top));
     std::memcpy(block_ + CALL_STACK, &top, sizeof top);
 }
 
@@ -157,7 +158,7 @@ bool WatchedCall::stackIntact() const {
 double WatchedCall::time(int calls) {
     using Clock = std::chrono::steady_clock;
     layOutStack();
-    const auto arguments = reinterpret_cast<void*>(read<std::uintptr_t>(block_ + CALL_STACK));
+    const auto arguments = reinterpret_cast<std::uintptr_t*>(read<std::uintptr_t>(block_ + CALL_STACK));
     const auto begin = Clock::now();
     for (int i = 0; i < calls; ++i) {
         std::memcpy(arguments, words_.data(),
