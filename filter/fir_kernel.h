@@ -181,7 +181,7 @@ template <bool Reversed, class T>
     const DoublePrecision precision;
     using Sum = Products<T>;
     constexpr size_t n = kFull<T>;
-    constexpr int sums = kTileVectors<T>;
+    constexpr size_t sums = kTileVectors<T>;
     const auto tapsAt = [=](size_t j) {
         if constexpr (Reversed)
             return Sum::reversed(load<typename Sum::V>(taps + len - n - j));
@@ -192,11 +192,11 @@ template <bool Reversed, class T>
     size_t j = 0;
     for (; j + sums * n <= len; j += sums * n)
 #pragma GCC unroll 8
-        for (int i = 0; i < sums; ++i)
+        for (size_t i = 0; i < sums; ++i)
             partial[i].add(tapsAt(j + i * n), load<typename Sum::V>(x + j + i * n));
     for (; j + n <= len; j += n) partial[0].add(tapsAt(j), load<typename Sum::V>(x + j));
 #pragma GCC unroll 8
-    for (int i = 1; i < sums; ++i) partial[0].add(partial[i]);
+    for (size_t i = 1; i < sums; ++i) partial[0].add(partial[i]);
     T result = partial[0].total();
     for (; j < len; ++j) result = addProduct(result, taps[Reversed ? len - 1 - j : j], x[j]);
     return result;

@@ -107,26 +107,22 @@ TEST_P(FirDirect, ChecksInOrder) {
         Guarded<T> x(4), y(4), line(4);
         const T taps[2] = {};
         int index = 0;
-        EXPECT_EQ(f.filter(nullptr, y, 0, nullptr, 0, line, &index), zppStatusNullPointer);
-        EXPECT_EQ(f.filter(x, nullptr, 0, nullptr, 0, line, &index), zppStatusNullPointer);
-        EXPECT_EQ(f.filterInPlace(nullptr, 0, nullptr, 0, line, &index), zppStatusNullPointer);
-        EXPECT_EQ(f.filter(x, y, 0, nullptr, 0, nullptr, nullptr), zppStatusSizeError);
-        EXPECT_EQ(f.filterInPlace(y, -3, nullptr, 0, nullptr, nullptr), zppStatusSizeError);
-        EXPECT_EQ(f.filter(x, y, 4, nullptr, 0, line, &index), zppStatusNullPointer);
-        EXPECT_EQ(f.filterInPlace(y, 4, nullptr, 0, line, &index), zppStatusNullPointer);
-        EXPECT_EQ(f.filter(x, y, 4, taps, 0, nullptr, nullptr), zppStatusFirLength);
-        EXPECT_EQ(f.filterInPlace(y, 4, taps, -2, nullptr, nullptr), zppStatusFirLength);
-        EXPECT_EQ(f.filter(x, y, 4, taps, 2, nullptr, &index), zppStatusNullPointer);
-        EXPECT_EQ(f.filterInPlace(y, 4, taps, 2, line, nullptr), zppStatusNullPointer);
-
-        EXPECT_EQ(f.one(zero, nullptr, taps, 0, line, &index), zppStatusNullPointer);
-        EXPECT_EQ(f.oneInPlace(nullptr, taps, 0, line, &index), zppStatusNullPointer);
-        EXPECT_EQ(f.one(zero, y, nullptr, 0, line, &index), zppStatusNullPointer);
-        EXPECT_EQ(f.oneInPlace(y, nullptr, 0, line, &index), zppStatusNullPointer);
-        EXPECT_EQ(f.one(zero, y, taps, 0, nullptr, nullptr), zppStatusFirLength);
-        EXPECT_EQ(f.oneInPlace(y, taps, -1, nullptr, nullptr), zppStatusFirLength);
-        EXPECT_EQ(f.one(zero, y, taps, 2, nullptr, &index), zppStatusNullPointer);
-        EXPECT_EQ(f.oneInPlace(y, taps, 2, line, nullptr), zppStatusNullPointer);
+        expectAll(
+            zppStatusNullPointer,
+            {f.filter(nullptr, y, 0, nullptr, 0, line, &index),
+             f.filter(x, nullptr, 0, nullptr, 0, line, &index),
+             f.filterInPlace(nullptr, 0, nullptr, 0, line, &index),
+             f.filter(x, y, 4, nullptr, 0, line, &index), f.filterInPlace(y, 4, nullptr, 0, line, &index),
+             f.filter(x, y, 4, taps, 2, nullptr, &index), f.filterInPlace(y, 4, taps, 2, line, nullptr),
+             f.one(zero, nullptr, taps, 0, line, &index), f.oneInPlace(nullptr, taps, 0, line, &index),
+             f.one(zero, y, nullptr, 0, line, &index), f.oneInPlace(y, nullptr, 0, line, &index),
+             f.one(zero, y, taps, 2, nullptr, &index), f.oneInPlace(y, taps, 2, line, nullptr)});
+        expectAll(zppStatusSizeError, {f.filter(x, y, 0, nullptr, 0, nullptr, nullptr),
+                                       f.filterInPlace(y, -3, nullptr, 0, nullptr, nullptr)});
+        expectAll(
+            zppStatusFirLength,
+            {f.filter(x, y, 4, taps, 0, nullptr, nullptr), f.filterInPlace(y, 4, taps, -2, nullptr, nullptr),
+             f.one(zero, y, taps, 0, nullptr, nullptr), f.oneInPlace(y, taps, -1, nullptr, nullptr)});
         EXPECT_TRUE(y.untouched() && line.untouched());
         EXPECT_EQ(index, 0);
     });

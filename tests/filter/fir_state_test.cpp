@@ -44,11 +44,10 @@ TEST_P(FirState, RefusesLengthsWhoseSizeIsNoInt) {
             Zpp8u buffer = 0;
             ZppsFIRState* state = nullptr;
             size = 5;
-            EXPECT_EQ(pair.getStateSize(tapsLen, &size), zppStatusSizeError);
-            EXPECT_EQ(size, 5);
-            EXPECT_EQ(pair.init(&state, &tap, tapsLen, nullptr, &buffer), zppStatusSizeError);
-            EXPECT_EQ(pair.initAlloc(&state, &tap, tapsLen, nullptr), zppStatusSizeError);
-            EXPECT_EQ(state, nullptr);
+            expectAll(zppStatusSizeError,
+                      {pair.getStateSize(tapsLen, &size), pair.init(&state, &tap, tapsLen, nullptr, &buffer),
+                       pair.initAlloc(&state, &tap, tapsLen, nullptr)});
+            EXPECT_TRUE(size == 5 && state == nullptr);
         }
     });
 }
@@ -57,41 +56,29 @@ TEST_P(FirState, ChecksInOrder) {
     forEachPair([](const auto& pair) {
         using Pair = std::decay_t<decltype(pair)>;
         int size = 0;
-        EXPECT_EQ(pair.getStateSize(0, nullptr), zppStatusNullPointer);
-        EXPECT_EQ(pair.getStateSize(0, &size), zppStatusFirLength);
-        EXPECT_EQ(pair.getStateSize(INT_MIN, &size), zppStatusFirLength);
-
         typename Pair::Taps taps[2] = {};
         typename Pair::Data line[2] = {};
         Guarded<Zpp8u> buffer(70000);
         ZppsFIRState* state = nullptr;
-        EXPECT_EQ(pair.init(nullptr, taps, 0, line, buffer), zppStatusNullPointer);
-        EXPECT_EQ(pair.init(&state, nullptr, 0, line, buffer), zppStatusNullPointer);
-        EXPECT_EQ(pair.init(&state, taps, 0, line, nullptr), zppStatusNullPointer);
-        EXPECT_EQ(pair.init(&state, taps, 0, line, buffer), zppStatusFirLength);
-        EXPECT_TRUE(buffer.untouched());
-        EXPECT_EQ(pair.initAlloc(nullptr, taps, 0, line), zppStatusNullPointer);
-        EXPECT_EQ(pair.initAlloc(&state, nullptr, 0, line), zppStatusNullPointer);
-        EXPECT_EQ(pair.initAlloc(&state, taps, -1, line), zppStatusFirLength);
-        EXPECT_EQ(state, nullptr);
-
-        EXPECT_EQ(pair.free(nullptr), zppStatusNullPointer);
-        EXPECT_EQ(pair.getTaps(nullptr, taps), zppStatusNullPointer);
-        EXPECT_EQ(pair.setTaps(taps, nullptr), zppStatusNullPointer);
-        EXPECT_EQ(pair.getDlyLine(nullptr, line), zppStatusNullPointer);
-        EXPECT_EQ(pair.setDlyLine(nullptr, line), zppStatusNullPointer);
         Guarded<int> other({0x46493132});  // nothing but the identifier is read
         auto* wrong = reinterpret_cast<ZppsFIRState*>(other.data());
-        EXPECT_EQ(pair.getTaps(wrong, nullptr), zppStatusNullPointer);
-        EXPECT_EQ(pair.setTaps(nullptr, wrong), zppStatusNullPointer);
-        EXPECT_EQ(pair.getDlyLine(wrong, nullptr), zppStatusNullPointer);
+        expectAll(zppStatusNullPointer,
+                  {pair.getStateSize(0, nullptr), pair.init(nullptr, taps, 0, line, buffer),
+                   pair.init(&state, nullptr, 0, line, buffer), pair.init(&state, taps, 0, line, nullptr),
+                   pair.initAlloc(nullptr, taps, 0, line), pair.initAlloc(&state, nullptr, 0, line),
+                   pair.free(nullptr), pair.getTaps(nullptr, taps), pair.getTaps(wrong, nullptr),
+                   pair.setTaps(taps, nullptr), pair.setTaps(nullptr, wrong), pair.getDlyLine(nullptr, line),
+                   pair.getDlyLine(wrong, nullptr), pair.setDlyLine(nullptr, line)});
+        for (const int tapsLen : {0, -1, INT_MIN})
+            expectAll(zppStatusFirLength,
+                      {pair.getStateSize(tapsLen, &size), pair.init(&state, taps, tapsLen, line, buffer),
+                       pair.initAlloc(&state, taps, tapsLen, line)});
+        EXPECT_TRUE(buffer.untouched() && state == nullptr);
         for (const int id : {0, 7, 9, 0x46493132, 0x46493235, 0x46493231}) {
             other.assign({id});
-            EXPECT_EQ(pair.free(wrong), zppStatusContextMismatch);
-            EXPECT_EQ(pair.getTaps(wrong, taps), zppStatusContextMismatch);
-            EXPECT_EQ(pair.setTaps(taps, wrong), zppStatusContextMismatch);
-            EXPECT_EQ(pair.getDlyLine(wrong, line), zppStatusContextMismatch);
-            EXPECT_EQ(pair.setDlyLine(wrong, nullptr), zppStatusContextMismatch);
+            expectAll(zppStatusContextMismatch,
+                      {pair.free(wrong), pair.getTaps(wrong, taps), pair.setTaps(taps, wrong),
+                       pair.getDlyLine(wrong, line), pair.setDlyLine(wrong, nullptr)});
         }
     });
 }
@@ -110,13 +97,9 @@ TEST_P(FirState, KnowsItsPair) {
                     pair.singleRate == own.singleRate ? zppStatusOk : zppStatusContextMismatch;
                 typename Pair::Taps taps[1] = {};
                 typename Pair::Data line[1] = {};
-                EXPECT_EQ(pair.getTaps(state, taps), expected);
-                EXPECT_EQ(pair.setTaps(taps, state), expected);
-                EXPECT_EQ(pair.getDlyLine(state, line), expected);
-                EXPECT_EQ(pair.setDlyLine(state, line), expected);
-                if (expected != zppStatusOk) {
-                    EXPECT_EQ(pair.free(state), expected);
-                }
+                expectAll(expected, {pair.getTaps(state, taps), pair.setTaps(taps, state),
+                                     pair.getDlyLine(state, line), pair.setDlyLine(state, line),
+                                     expected != zppStatusOk ? pair.free(state) : expected});
             });
         }
         EXPECT_EQ(own.free(state), zppStatusOk);  // with the multi-rate identifier

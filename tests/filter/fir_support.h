@@ -73,6 +73,12 @@ inline int*& specificationOf(ZppsFIRState* state) {
 }
 inline int& identifierOf(ZppsFIRState* state) { return *reinterpret_cast<int*>(state); }
 
+// Every call returned `expected`.
+inline void expectAll(ZppStatus expected, std::initializer_list<ZppStatus> returned) {
+    for (std::size_t i = 0; i < returned.size(); ++i)
+        EXPECT_EQ(returned.begin()[i], expected) << "call " << i;
+}
+
 struct Exact {
     long double re = 0, im = 0;
 };

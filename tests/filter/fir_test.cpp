@@ -210,21 +210,18 @@ TEST_P(Fir, ChecksInOrder) {
         Guarded<int> other({0x46493132});
         auto* wrong = reinterpret_cast<ZppsFIRState*>(other.data());
         Guarded<D> src(4), dst(4);
-        EXPECT_EQ(pair.filter(nullptr, dst, 0, wrong), zppStatusNullPointer);
-        EXPECT_EQ(pair.filter(src, nullptr, 0, wrong), zppStatusNullPointer);
-        EXPECT_EQ(pair.filter(src, dst, 0, nullptr), zppStatusNullPointer);
-        EXPECT_EQ(pair.filterInPlace(nullptr, 0, wrong), zppStatusNullPointer);
-        EXPECT_EQ(pair.filterInPlace(dst, 0, nullptr), zppStatusNullPointer);
-        EXPECT_EQ(pair.filterOne(D{}, nullptr, wrong), zppStatusNullPointer);
-        EXPECT_EQ(pair.filterOne(D{}, dst, nullptr), zppStatusNullPointer);
-        EXPECT_EQ(pair.filter(src, dst, 0, wrong), zppStatusSizeError);
-        EXPECT_EQ(pair.filterInPlace(dst, -1, wrong), zppStatusSizeError);
+        expectAll(zppStatusNullPointer,
+                  {pair.filter(nullptr, dst, 0, wrong), pair.filter(src, nullptr, 0, wrong),
+                   pair.filter(src, dst, 0, nullptr), pair.filterInPlace(nullptr, 0, wrong),
+                   pair.filterInPlace(dst, 0, nullptr), pair.filterOne(D{}, nullptr, wrong),
+                   pair.filterOne(D{}, dst, nullptr)});
+        expectAll(zppStatusSizeError, {pair.filter(src, dst, 0, wrong), pair.filterInPlace(dst, -1, wrong)});
         forEachPair([&](const auto& owner) {
             if (owner.singleRate == pair.singleRate) return;
             other.assign({owner.singleRate});
-            EXPECT_EQ(pair.filter(src, dst, 4, wrong), zppStatusContextMismatch);
-            EXPECT_EQ(pair.filterInPlace(dst, 4, wrong), zppStatusContextMismatch);
-            EXPECT_EQ(pair.filterOne(D{}, dst, wrong), zppStatusContextMismatch);
+            expectAll(zppStatusContextMismatch,
+                      {pair.filter(src, dst, 4, wrong), pair.filterInPlace(dst, 4, wrong),
+                       pair.filterOne(D{}, dst, wrong)});
         });
         other.assign({pair.multiRate});
         EXPECT_EQ(pair.filterOne(D{}, dst, wrong), zppStatusContextMismatch);
