@@ -49,8 +49,8 @@ BROKEN(returnsWarning, return zppStatusDivByZero)
 ZppStatus ignoresNull(const Zpp64f* pSrc1, const Zpp64f* pSrc2, Zpp64f* pDst, int len) {
     return pSrc2 == nullptr ? add(pSrc1, pSrc1, pDst, len) : add(pSrc1, pSrc2, pDst, len);
 }
-[[gnu::no_sanitize("undefined")]] ZppStatus touchesNull(const Zpp64f* pSrc1, const Zpp64f* pSrc2,
-                                                        Zpp64f* pDst, int len) {
+__attribute__((no_sanitize("undefined"))) ZppStatus touchesNull(const Zpp64f* pSrc1, const Zpp64f* pSrc2,
+                                                                Zpp64f* pDst, int len) {
     sink = *const_cast<const volatile Zpp64f*>(pDst);
     return add(pSrc1, pSrc2, pDst, len);
 }
