@@ -13,6 +13,7 @@ namespace zpp::check {
 namespace {
 
 constexpr std::size_t kMaxArguments = 8;
+constexpr std::size_t kObjectAlignment = 16;
 
 std::vector<unsigned char> bytesOf(int number) {
     std::vector<unsigned char> bytes(sizeof number);
@@ -145,10 +146,10 @@ class Trial {
             call_.pass(*a.type,
                        isReplaced(i) ? static_cast<const void*>(&layout_.illegal) : in_.values[i].data());
         } else if (isReplaced(i)) {
-            // Of another kind: nothing may be read but the identifier.
-            call_.pass(layout_.illegal == 0
-                           ? nullptr
-                           : arena(kMaxArguments).place(bytesOf(layout_.illegal), Place::kEnd, 4));
+            auto identifier = bytesOf(layout_.illegal);
+            identifier.resize(kObjectAlignment);  // little behind it can be read
+            call_.pass(layout_.illegal == 0 ? nullptr
+                                            : arena(kMaxArguments).place(identifier, Place::kEnd, 1));
         } else if (a.role == Role::kObject) {
             call_.pass(object_.get());
         } else {
