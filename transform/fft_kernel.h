@@ -5,7 +5,8 @@
 // of a block to be neighbours of one transform runs a first pass with the radix of the vector, which
 // transposes in registers (firstPass); in the four-step scheme they are columns of their own.
 //
-// Error of a transform: below 5e-17 * log2(N) of the largest result (root mean square of the result: 2e-17).
+// Worst errors met in any build, relative to the largest result: 4.6e-16 for random signals of up to 2^18
+// elements, 7.1e-16 for signals of three impulses of up to 2^20.
 #pragma once
 
 #include "transform/fft_spec.h"

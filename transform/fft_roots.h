@@ -1,4 +1,4 @@
-// Roots of unity, to the last bit but one case in a thousand: the source of all twiddle tables.
+// Roots of unity to 0.51 units of the last place: the source of all twiddle tables.
 #pragma once
 
 #include <math.h>

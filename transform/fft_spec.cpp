@@ -110,25 +110,13 @@ int workSize(int order) {
 
 // Sets the normalisation of a flag; false for a flag that does not exist.
 bool setNormalisation(ZppsFFTSpec* spec, int flag) {
-    const double length = static_cast<double>(size_t{1} << spec->order);
-    switch (flag) {
-        case 8:
-            return true;
-        case 4:
-            spec->fwdNorm = spec->invNorm = 1;
-            spec->scale = 1.0 / __builtin_sqrt(length);
-            return true;
-        case 1:
-            spec->fwdNorm = 1;
-            spec->scale = 1.0 / length;
-            return true;
-        case 2:
-            spec->invNorm = 1;
-            spec->scale = 1.0 / length;
-            return true;
-        default:
-            return false;
-    }
+    const DoublePrecision precision;
+    const double length = stored(static_cast<double>(size_t{1} << spec->order));
+    spec->fwdNorm = flag == 1 || flag == 4;
+    spec->invNorm = flag == 2 || flag == 4;
+    if (spec->fwdNorm != 0 || spec->invNorm != 0)
+        spec->scale = reciprocal(flag == 4 ? stored(__builtin_sqrt(length)) : length);
+    return flag == 1 || flag == 2 || flag == 4 || flag == 8;
 }
 
 bool buildTables(ZppsFFTSpec* spec) {
