@@ -47,7 +47,7 @@ def main(directories):
         unit, ctest = directory / "tests/unit.xml", directory / "ctest.xml"
         if not ctest.exists() and not unit.exists():
             continue  # a build without tests
-        for path, row in ((unit, binding), (ctest, lambda case: case.get("name").split(".")[0] + ".*")):
+        for path, row in ((unit, binding), (ctest, lambda case: re.split(r"[._]", case.get("name"))[0])):
             if path.exists():
                 read(path, rows, lambda case: (directory.name, row(case)))
             else:
