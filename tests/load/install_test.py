@@ -30,10 +30,11 @@ def runs_right(program):
 
 
 def check_files(prefix):
-    def headers(folder):
+    def files(folder):
         return {os.path.relpath(os.path.join(where, name), folder) for where, _, names in os.walk(folder) for name in names}
 
-    expected, found = headers(os.path.join(SOURCE, "include")), headers(os.path.join(prefix, "include"))
+    expected = {name for name in files(os.path.join(SOURCE, "include")) if name.endswith(".h")}
+    found = files(os.path.join(prefix, "include"))
     if not expected or found != expected:
         sys.exit(f"headers: {sorted(found ^ expected)}")
     library = [where for where, _, names in os.walk(prefix) if "libzpp.so" in names]
