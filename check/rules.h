@@ -39,7 +39,7 @@ Promise promiseOf(const Function& f);
 // Whether the function releases the object that it takes.
 bool releasesObject(const Function& f);
 
-// The state or the specification of one call; everything in it goes through the entry stubs.
+// The filter state or FFT specification of one call; everything in it goes through the entry stubs.
 class Object {
   public:
     Object(const Function& f, const Case& c);  // makes one if the function takes one

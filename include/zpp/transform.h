@@ -37,7 +37,7 @@ ZPP_EXPORT(ZppStatus, zppsFFTGetBufSize_R_64f, (const ZppsFFTSpec* pSpec, int* p
  *     forward: X[k] = sum over n of x[n] exp(-2 pi i k n / N)
  *     inverse: x[n] = sum over k of X[k] exp(+2 pi i k n / N)
  *
- * multiplied by the factor of the specification's flag, if it sets one for the direction. pBuffer is a work
+ * multiplied by the factor that the flag of pSpec sets for the direction, if any. pBuffer is a work
  * buffer of the size that zppsFFTGetBufSize gives, at any address, or null: then, where one is needed, it is
  * allocated for the call. Source and destination may be the same array (for two arrays: both the same), with
  * the same result. The error is below 1e-15 of the largest result; it differs a little between the columns.
