@@ -1,5 +1,5 @@
 #!/bin/bash
-# Runs the unit tests and zpp-check with the AVX-512 build on a machine that has no AVX-512: Debian's Linux, started in
+# Runs the unit tests, or zpp-check, with the AVX-512 build on a machine that has no AVX-512: Debian's Linux, started in
 # the emulator Bochs. Installs what it needs (Debian 12, 64 bits) and writes to build/ only. Slow: see CONTRIBUTING.md.
 set -uo pipefail
 cd "$(dirname "$0")/.."
@@ -9,18 +9,20 @@ usage() {
     cat <<END
 Usage: scripts/test-avx512.sh [OPTION]...
   --preset PRESET      test this target only: linux-x86_64 or linux-i386 (default: both)
-  --filter FILTER      run the unit tests that this GoogleTest filter chooses, and no zpp-check
-                       (default: all but those bound to another ISA build)
+  --filter FILTER      run the unit tests that this GoogleTest filter chooses (default: all but those bound to
+                       another ISA build and those that the emulator fails)
   --check 'ARGUMENTS'  run zpp-check with these arguments, and no unit tests
-                       (default: $check)
   --timeout SECONDS    stop the emulator after this time (default: $limit)
 END
 }
 
 presets=(linux-x86_64 linux-i386)
-filter='*-*/*_x87:*/*_sse:*/*_sse2:*/*_avx2'
-check='--column px'  # which has all ISA builds
-programs=(zpp_tests zpp-check)
+# Bochs 2.7 rounds single precision to half upwards in a tie, in vcvtps2ph of any width: there the avx2 build, which
+# processors run rightly, gives the same wrong results in these tests.
+emulator_fails='*ConvertHalf.FromSingle/*:*ConvertHalf.FromIntegers/*'
+filter="*-*/*_x87:*/*_sse:*/*_sse2:*/*_avx2:$emulator_fails"
+check=
+programs=(zpp_tests)
 limit=3600
 while [ $# -gt 0 ]; do
     case $1 in
@@ -28,7 +30,7 @@ while [ $# -gt 0 ]; do
         --preset | --filter | --check | --timeout)
             [ $# -gt 1 ] || { usage >&2; exit 2; } ;;&
         --preset) presets=("$2") ;;
-        --filter) filter=$2; programs=(zpp_tests) ;;
+        --filter) filter=$2 ;;
         --check) check=$2; programs=(zpp-check) ;;
         --timeout) limit=$2 ;;
         *) usage >&2; exit 2 ;;
@@ -106,6 +108,7 @@ status=$?
 trap - EXIT
 
 echo
+if [ "${programs[0]}" = zpp_tests ]; then echo "The filter was $filter"; fi
 if [ $status -eq 124 ] || [ $status -eq 137 ]; then
     echo "FAILED: the emulated machine was stopped after $limit seconds; see --timeout, --preset and --filter"
     exit 1
