@@ -31,6 +31,14 @@ inline ZppStatus checkVectors(int len, const T*... pointers) {
     return firstError(checkPointers(pointers...), checkLength(len));
 }
 
+// The identifier word that every object begins with. What a caller gives need not be an object, nor aligned
+// as one.
+inline int32_t identifierOf(const void* object) {
+    int32_t id;
+    memcpy(&id, object, sizeof id);
+    return id;
+}
+
 // A comparison with a NaN counts as equal.
 inline bool isZero(double x) { return !(x < 0 || x > 0); }
 inline bool isOne(double x) { return !(x < 1 || x > 1); }

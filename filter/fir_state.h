@@ -93,11 +93,12 @@ inline auto* spectrumOf(const ZppsFIRState* state) {
 // Only for a pointer that is not null.
 template <class F>
 inline ZppStatus checkSingleRate(const ZppsFIRState* state) {
-    return require(state->id == F::kSingleRate, zppStatusContextMismatch);
+    return require(identifierOf(state) == F::kSingleRate, zppStatusContextMismatch);
 }
 template <class F>
 inline ZppStatus checkAnyRate(const ZppsFIRState* state) {
-    return require(state->id == F::kSingleRate || state->id == F::kMultiRate, zppStatusContextMismatch);
+    const int32_t id = identifierOf(state);
+    return require(id == F::kSingleRate || id == F::kMultiRate, zppStatusContextMismatch);
 }
 
 // One element from the precision of the signal to that of the state, and back, rounded to nearest.

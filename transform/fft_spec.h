@@ -70,7 +70,7 @@ namespace zpp::ZPP_ISA {
 // A null specification, then one of another kind.
 inline ZppStatus checkSpec(const ZppsFFTSpec* spec, SpecKind kind) {
     if (spec == nullptr) return zppStatusNullPointer;
-    return require(spec->id == kind, zppStatusContextMismatch);
+    return require(identifierOf(spec) == kind, zppStatusContextMismatch);
 }
 
 // The first address from `block` on that is a multiple of `alignment`.
