@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "check/session.h"
+#include "check/checker.h"
 #include "check/watch.h"
 #include "zpp.h"
 
@@ -132,12 +132,12 @@ const Function& addFunction() {
 bool isCaught(Add* function, const char* complaint) {
     Options options;
     options.quiet = true;
-    Session session(options);
-    session.plant(addFunction(), reinterpret_cast<Entry>(function));
-    session.check(addFunction());
+    Checker checker(options);
+    checker.plant(addFunction(), reinterpret_cast<Entry>(function));
+    checker.check(addFunction());
     std::size_t caught = 0;
-    for (const std::string& report : session.reports()) caught += report.find(complaint) != std::string::npos;
-    return caught > 0 && caught == session.bindings().size() - 1 && caught == session.reports().size();
+    for (const std::string& report : checker.reports()) caught += report.find(complaint) != std::string::npos;
+    return caught > 0 && caught == checker.bindings().size() - 1 && caught == checker.reports().size();
 }
 
 bool isNewArgumentCaught() {
@@ -145,9 +145,9 @@ bool isNewArgumentCaught() {
     f.arguments.push_back({"mystery", f.arguments.back().type, 0, false, Role::kUnknown});
     Options options;
     options.quiet = true;
-    Session session(options);
-    session.check(f);
-    return session.reports().size() == 1 && session.reports()[0].find("mystery") != std::string::npos;
+    Checker checker(options);
+    checker.check(f);
+    return checker.reports().size() == 1 && checker.reports()[0].find("mystery") != std::string::npos;
 }
 
 }  // namespace

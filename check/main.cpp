@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "check/broken.h"
+#include "check/checker.h"
 #include "check/measure.h"
-#include "check/session.h"
 #include "check/watch.h"
 #include "zpp.h"
 
@@ -65,32 +65,32 @@ int list(const Options& options) {
 }
 
 int check(const Options& options) {
-    Session session(options);
+    Checker checker(options);
     const auto functions = selected(options);
-    for (const Function* f : functions) session.check(*f);
+    for (const Function* f : functions) checker.check(*f);
     if (!watchesVectors())
         std::printf("The upper halves of vector registers cannot be watched on this machine.\n");
     std::printf("%zu functions on %zu builds, seed %llu: %ld calls, ", functions.size(),
-                session.bindings().size(), static_cast<unsigned long long>(test::seed()), session.calls());
-    if (session.reports().empty())
+                checker.bindings().size(), static_cast<unsigned long long>(test::seed()), checker.calls());
+    if (checker.reports().empty())
         std::printf("no difference\n");
     else
-        std::printf("%zu FAILED\n", session.reports().size());
-    return session.reports().empty() ? kOk : kFailed;
+        std::printf("%zu FAILED\n", checker.reports().size());
+    return checker.reports().empty() ? kOk : kFailed;
 }
 
 int hash(const Options& options) {
-    const Session session(options);
+    const Checker checker(options);
     std::uint64_t first = 0;
     int functions = 0;
-    for (const test::Binding& binding : session.bindings()) {
-        session.bind(binding);
+    for (const test::Binding& binding : checker.bindings()) {
+        checker.bind(binding);
         std::uint64_t digest = 0;
         functions = 0;
         for (const Function* f : selected(options)) functions += addToDigest(*f, digest);
-        if (&binding == &session.bindings().front()) first = digest;
+        if (&binding == &checker.bindings().front()) first = digest;
         if (digest == first) continue;
-        std::printf("%s gives %016llx, %s gives %016llx\n", session.bindings().front().name().c_str(),
+        std::printf("%s gives %016llx, %s gives %016llx\n", checker.bindings().front().name().c_str(),
                     static_cast<unsigned long long>(first), binding.name().c_str(),
                     static_cast<unsigned long long>(digest));
         return kFailed;
@@ -101,12 +101,12 @@ int hash(const Options& options) {
 }
 
 int bench(const Options& options) {
-    const Session session(options);
+    const Checker checker(options);
     const int length = options.length != 0 ? options.length : 1024;
     std::printf("nanoseconds an element, %d elements\n%-28s", length, "");
-    for (const test::Binding& binding : session.bindings()) std::printf(" %10s", binding.name().c_str());
+    for (const test::Binding& binding : checker.bindings()) std::printf(" %10s", binding.name().c_str());
     for (const Function* f : selected(options)) {
-        const std::vector<double> times = timeCalls(session, *f, length);
+        const std::vector<double> times = timeCalls(checker, *f, length);
         if (times.empty()) continue;
         std::printf("\n%-28s", f->name.c_str());
         for (const double time : times) std::printf(" %10.3f", time / length);
@@ -162,7 +162,7 @@ int run(int argc, char** argv) {
         std::fputs(kUsage, stderr);
         return kUsageError;
     }
-    if (selected(options).empty() || Session(options).bindings().empty()) {
+    if (selected(options).empty() || Checker(options).bindings().empty()) {
         std::fputs("zpp-check: there is no such function, or no such build that runs here; see --list\n",
                    stderr);
         return kUsageError;

@@ -58,16 +58,16 @@ bool addToDigest(const Function& f, std::uint64_t& digest) {
     return true;
 }
 
-std::vector<double> timeCalls(const Session& session, const Function& f, int length) {
+std::vector<double> timeCalls(const Checker& checker, const Function& f, int length) {
     if (ownCheckOf(f) != nullptr || releasesObject(f) || f.has(Role::kObjectOut)) return {};
     const Inputs in = makeInputs(f, length, 0, Data::kUniform);
     const int calls = std::clamp(kCalls * 1000 / length, 1, kCalls);
-    std::vector<double> best(session.bindings().size(), HUGE_VAL);
+    std::vector<double> best(checker.bindings().size(), HUGE_VAL);
     double empty = HUGE_VAL;
     for (int batch = 0; batch < kBatches; ++batch) {
         empty = std::min(empty, timeEmptyCall(calls));
         for (std::size_t i = 0; i < best.size(); ++i) {
-            session.bind(session.bindings()[i]);
+            checker.bind(checker.bindings()[i]);
             best[i] = std::min(best[i], timeCall(f, in, calls));
         }
     }

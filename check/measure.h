@@ -1,7 +1,7 @@
 // Digests and times of functions.
 #pragma once
 
-#include "check/session.h"
+#include "check/checker.h"
 
 namespace zpp::check {
 
@@ -9,8 +9,8 @@ namespace zpp::check {
 // to the last bit.
 bool addToDigest(const Function& f, std::uint64_t& digest);
 
-// Nanoseconds of one call at this length, for each of the session's bindings; empty where there is no such
+// Nanoseconds of one call at this length, for each of the checker's bindings; empty where there is no such
 // call.
-std::vector<double> timeCalls(const Session& session, const Function& f, int length);
+std::vector<double> timeCalls(const Checker& checker, const Function& f, int length);
 
 }  // namespace zpp::check

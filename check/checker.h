@@ -17,9 +17,9 @@ struct Options {
     bool quiet = false;          // reports are kept, not printed
 };
 
-class Session {
+class Checker {
   public:
-    explicit Session(const Options& options);
+    explicit Checker(const Options& options);
 
     // All that is known to be wrong of the function is reported.
     void check(const Function& f);

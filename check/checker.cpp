@@ -1,4 +1,4 @@
-#include "check/session.h"
+#include "check/checker.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -44,7 +44,7 @@ Data specialFor(const Function& f) {
                                        : Data::kSpecial;
 }
 
-Session::Session(const Options& options) : options_(options) {
+Checker::Checker(const Options& options) : options_(options) {
     for (const test::Binding& binding : test::runnableBindings())
         if ((options.column.empty() || options.column == binding.columnName()) &&
             (options.isa.empty() || options.isa == binding.isaName()))
@@ -52,14 +52,14 @@ Session::Session(const Options& options) : options_(options) {
     if (__sanitizer_set_death_callback != nullptr) __sanitizer_set_death_callback(printCurrentCall);
 }
 
-void Session::bind(const test::Binding& binding) const {
+void Checker::bind(const test::Binding& binding) const {
     binding.bind();
     currentBinding = binding;
     if (planted_ != nullptr && binding.name() != referenceBinding().name())
         *planted_->record->slot = plantedEntry_;
 }
 
-void Session::report(const Function& f, const test::Binding* binding, const std::string& text, int length,
+void Checker::report(const Function& f, const test::Binding* binding, const std::string& text, int length,
                      const std::string& details) {
     std::string message = f.name + (binding != nullptr ? ' ' + binding->name() : "") + ": " + text;
     if (!details.empty()) message += "\n    in: " + details;
@@ -72,18 +72,18 @@ void Session::report(const Function& f, const test::Binding* binding, const std:
     reports_.push_back(message);
 }
 
-bool Session::failed(const Function& f, const test::Binding& binding) const {
+bool Checker::failed(const Function& f, const test::Binding& binding) const {
     return std::find(failures_.begin(), failures_.end(), f.name + binding.name()) != failures_.end();
 }
 
-Outcome Session::call(const Function& f, const Inputs& in, const Layout& layout) {
+Outcome Checker::call(const Function& f, const Inputs& in, const Layout& layout) {
     ++calls_;
     currentFunction = &f;
     return perform(f, in, layout);
 }
 
 // A new export must not escape.
-bool Session::deducible(const Function& f) {
+bool Checker::deducible(const Function& f) {
     if (f.result != "ZppStatus") {
         report(f, nullptr, "no check for its result " + f.result + ": see check/rules.cpp");
         return false;
@@ -96,7 +96,7 @@ bool Session::deducible(const Function& f) {
     return true;
 }
 
-void Session::check(const Function& f) {
+void Checker::check(const Function& f) {
     if (const OwnCheck own = ownCheckOf(f)) {
         for (const test::Binding& binding : bindings_) {
             bind(binding);
@@ -112,7 +112,7 @@ void Session::check(const Function& f) {
     checkErrors(f);
 }
 
-void Session::checkLength(const Function& f, int length) {
+void Checker::checkLength(const Function& f, int length) {
     for (int variant = 0; variant < 4; ++variant) {
         const Inputs in = makeInputs(f, length, variant, variant < 2 ? ordinaryFor(f) : specialFor(f));
         bind(referenceBinding());
@@ -126,7 +126,7 @@ void Session::checkLength(const Function& f, int length) {
 }
 
 // However the vectors lie in memory, the result is that of the reference.
-bool Session::checkLayouts(const Function& f, const Inputs& in, const Outcome& reference,
+bool Checker::checkLayouts(const Function& f, const Inputs& in, const Outcome& reference,
                            const test::Binding& binding) {
     std::vector<Layout> layouts;
     auto phase = static_cast<unsigned>(in.sizes.length + in.sizes.variant);
@@ -150,7 +150,7 @@ bool Session::checkLayouts(const Function& f, const Inputs& in, const Outcome& r
     return true;
 }
 
-void Session::checkErrors(const Function& f) {
+void Checker::checkErrors(const Function& f) {
     const Inputs in = makeInputs(f, 8, 0, ordinaryFor(f));
     for (std::size_t i = 0; i < f.arguments.size(); ++i) {
         const Argument& a = f.arguments[i];
@@ -168,7 +168,7 @@ void Session::checkErrors(const Function& f) {
     }
 }
 
-void Session::checkError(const Function& f, const Inputs& in, const Layout& layout, int expected) {
+void Checker::checkError(const Function& f, const Inputs& in, const Layout& layout, int expected) {
     for (const test::Binding& binding : bindings_) {
         if (failed(f, binding)) continue;
         bind(binding);
