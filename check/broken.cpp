@@ -70,9 +70,14 @@ ZppStatus failsInPlace(const Zpp64f* pSrc1, const Zpp64f* pSrc2, Zpp64f* pDst, i
 
 // In assembly, what a compiler would not do. They compute nothing: manners are looked at first.
 #ifdef __x86_64__
+#ifdef _WIN32
+#define CLOBBER "xorps %xmm15, %xmm15"
+#define SMASH "movl $0, 40(%rsp)"
+#else
 #define CLOBBER "xorl %r13d, %r13d"
-#define MOVE_STACK "popq %rcx; leaq 16(%rsp), %rsp; jmpq *%rcx"
 #define SMASH "movl $0, 8(%rsp)"
+#endif
+#define MOVE_STACK "popq %rcx; leaq 16(%rsp), %rsp; jmpq *%rcx"
 #define NEEDS_ALIGNMENT "leaq 8(%rsp), %rax; testb $31, %al; jz 1f; ud2; 1:"
 #else
 #define CLOBBER "xorl %edi, %edi"
@@ -80,9 +85,12 @@ ZppStatus failsInPlace(const Zpp64f* pSrc1, const Zpp64f* pSrc2, Zpp64f* pDst, i
 #define SMASH "movl $0, 20(%esp)"
 #define NEEDS_ALIGNMENT "leal 4(%esp), %eax; testb $15, %al; jz 1f; ud2; 1:"
 #endif
-#define BROKEN_ASM(name, code)                                             \
-    extern "C" ZppStatus name(const Zpp64f*, const Zpp64f*, Zpp64f*, int); \
-    __asm__(".text\n" #name ": xorl %eax, %eax; " code "; xorl %eax, %eax; ret\n");
+#define TEXT_OF(words) #words
+#define PREFIX_OF(prefix) TEXT_OF(prefix)  // of C names, in 32-bit Windows objects
+#define BROKEN_ASM(name, code)                                                          \
+    extern "C" ZppStatus name(const Zpp64f*, const Zpp64f*, Zpp64f*, int);              \
+    __asm__(".text\n" PREFIX_OF(__USER_LABEL_PREFIX__) #name ": xorl %eax, %eax; " code \
+                                                             "; xorl %eax, %eax; ret\n");
 
 BROKEN_ASM(zpp_broken_register, CLOBBER)
 BROKEN_ASM(zpp_broken_stack_pointer, MOVE_STACK)
@@ -112,13 +120,13 @@ constexpr struct {
     {"leaves the direction flag set", leavesDirection, "direction flag"},
     {"returns another status", returnsWarning, "returns 6, expected 0"},
     {"ignores a null pointer", ignoresNull, "returns 0, expected -8"},
-    {"reads through a null pointer", touchesNull, "ends in signal"},
+    {"reads through a null pointer", touchesNull, "is stopped by"},
     {"writes before it checks", writesFirst, "fails but writes into pDst"},
     {"fails in place", failsInPlace, "shared source 1"},
     {"clobbers a register", zpp_broken_register, "does not preserve"},
     {"moves the stack pointer", zpp_broken_stack_pointer, "another stack pointer"},
     {"writes into its caller's frame", zpp_broken_frame, "stack frame of its caller"},
-    {"needs an aligned stack", zpp_broken_alignment, "ends in signal"},
+    {"needs an aligned stack", zpp_broken_alignment, "is stopped by"},
     {"leaves upper halves in use", zpp_broken_vectors, "upper halves"},
 };
 

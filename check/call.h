@@ -7,12 +7,47 @@
 #define CALL_STACK_AFTER 32
 #define CALL_FLAGS 40
 #define CALL_MXCSR 48
-#define CALL_VECTORS_USED 56 /* XINUSE */
-#define CALL_X87 64          /* environment, 28 bytes */
-#define CALL_PRESERVED 96    /* the callee-saved registers, 6 at most */
-#define CALL_INTEGERS 144    /* in: 6 argument registers */
-#define CALL_VECTORS 192     /* in: 8 argument registers, the low halves */
-#define CALL_OWN_STACK 256   /* the stack pointer of the caller, for the way back */
+#define CALL_X87 64        /* environment, 28 bytes */
+#define CALL_OWN_STACK 96  /* the stack pointer of the caller, for the way back */
+#define CALL_UPPERS 112    /* the upper halves of all vector registers, or-ed: 16 bytes */
+#define CALL_INTEGERS 144  /* in: 6 argument registers */
+#define CALL_VECTORS 192   /* in: 8 argument registers, the low halves */
+#define CALL_PRESERVED 256 /* the callee-saved registers, 28 words at most */
+#define CALL_BLOCK_BYTES 480
 
-/* What callee-saved register number i holds during the call, plus i. */
+/* What word i of the callee-saved registers holds during the call, plus i. */
 #define CALL_SENTINEL 0x5EED0010
+
+#ifdef __ASSEMBLER__
+#define CALL_PASTE(a, b) a##b
+#define CALL_PASTED(a, b) CALL_PASTE(a, b)
+#define SYMBOL(name) CALL_PASTED(__USER_LABEL_PREFIX__, name)
+
+/* Notes in the block the upper halves of vector register 0 and of the others that are named, and cleans all. */
+.macro noteUppers block, others:vararg
+    .irp register, \others
+    vorps %ymm\register, %ymm0, %ymm0
+    .endr
+    vextractf128 $1, %ymm0, CALL_UPPERS(\block)
+    vzeroupper
+.endm
+
+#ifdef __ELF__
+.macro beginFunction symbol
+    .globl \symbol
+    .type \symbol, @function
+\symbol:
+.endm
+.macro endFunction symbol
+    .size \symbol, . - \symbol
+    .section .note.GNU-stack, "", @progbits
+.endm
+#else
+.macro beginFunction symbol
+    .globl \symbol
+\symbol:
+.endm
+.macro endFunction symbol
+.endm
+#endif
+#endif

@@ -14,9 +14,7 @@ block:
 .endm
 
     .text
-    .globl zpp_watched_call
-    .type zpp_watched_call, @function
-zpp_watched_call:
+beginFunction SYMBOL(zpp_watched_call)
     pushl %ebx
     pushl %ebp
     pushl %esi
@@ -37,6 +35,8 @@ zpp_watched_call:
     movl $CALL_SENTINEL + 3, %edi
     call *%eax
 
+    .globl SYMBOL(zpp_abandoned_call)
+SYMBOL(zpp_abandoned_call):
     loadBlock %ecx
     movl %esp, CALL_STACK_AFTER(%ecx)
     movl %eax, CALL_RESULT(%ecx)
@@ -55,16 +55,10 @@ zpp_watched_call:
     fnstenv CALL_X87(%ecx)
     testb $2, CALL_WATCH(%ecx)
     jz 3f
-    movl $1, %ecx
-    xgetbv
-    loadBlock %ecx
-    movl %eax, CALL_VECTORS_USED(%ecx)
-    vzeroupper
+    noteUppers %ecx, 1, 2, 3, 4, 5, 6, 7
 3:  popl %edi
     popl %esi
     popl %ebp
     popl %ebx
     ret
-    .size zpp_watched_call, . - zpp_watched_call
-
-    .section .note.GNU-stack, "", @progbits
+endFunction SYMBOL(zpp_watched_call)

@@ -8,9 +8,7 @@ block:
     .zero 8
 
     .text
-    .globl zpp_watched_call
-    .type zpp_watched_call, @function
-zpp_watched_call:
+beginFunction zpp_watched_call
     pushq %rbx
     pushq %rbp
     pushq %r12
@@ -42,6 +40,8 @@ zpp_watched_call:
     movq CALL_INTEGERS(%rdi), %rdi
     call *%r11
 
+    .globl zpp_abandoned_call
+zpp_abandoned_call:
     movq block(%rip), %r11
     movq %rax, CALL_RESULT(%r11)
     movq %rsp, CALL_STACK_AFTER(%r11)
@@ -61,10 +61,7 @@ zpp_watched_call:
     fnstenv CALL_X87(%r11)
     testb $2, CALL_WATCH(%r11)
     jz 3f
-    movl $1, %ecx
-    xgetbv
-    movl %eax, CALL_VECTORS_USED(%r11)
-    vzeroupper
+    noteUppers %r11, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15
 3:
     popq %r15
     popq %r14
@@ -73,6 +70,4 @@ zpp_watched_call:
     popq %rbp
     popq %rbx
     ret
-    .size zpp_watched_call, . - zpp_watched_call
-
-    .section .note.GNU-stack, "", @progbits
+endFunction zpp_watched_call

@@ -5,6 +5,7 @@
 
 #include "check/broken.h"
 #include "check/checker.h"
+#include "check/faults.h"
 #include "check/measure.h"
 #include "check/watch.h"
 #include "zpp.h"

@@ -1,7 +1,5 @@
 #include "check/prototype.h"
 
-#include <fnmatch.h>
-
 #include <cctype>
 
 #include "zpp.h"
@@ -92,7 +90,13 @@ Function parse(const char* result, const char* name, const std::string& argument
 
 }  // namespace
 
-bool Function::matches(const char* pattern) const { return fnmatch(pattern, name.c_str(), 0) == 0; }
+bool like(const char* text, const char* pattern) {
+    if (*pattern == '*') return like(text, pattern + 1) || (*text != 0 && like(text + 1, pattern));
+    if (*text == 0 || *pattern == 0) return *text == *pattern;
+    return (*pattern == '?' || *pattern == *text) && like(text + 1, pattern + 1);
+}
+
+bool Function::matches(const char* pattern) const { return like(name.c_str(), pattern); }
 
 bool Function::has(Role role) const {
     for (const Argument& a : arguments)

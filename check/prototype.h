@@ -48,6 +48,9 @@ struct Argument {
     bool isWritten() const { return pointers == 2 || (isVector() && !constant); }
 };
 
+// Whether a text is like a pattern, in which * stands for any characters and ? for one.
+bool like(const char* text, const char* pattern);
+
 struct Function {
     std::string name;
     std::string result;
@@ -56,7 +59,7 @@ struct Function {
     Entry stub;
     const Record* record;
 
-    bool matches(const char* pattern) const;  // * stands for any characters
+    bool matches(const char* pattern) const;
     bool has(Role role) const;
 };
 

@@ -1,7 +1,5 @@
 #include "check/rules.h"
 
-#include <fnmatch.h>
-
 #include <cstdint>
 #include <cstring>
 
@@ -11,8 +9,6 @@
 
 namespace zpp::check {
 namespace {
-
-bool like(const std::string& name, const char* pattern) { return fnmatch(pattern, name.c_str(), 0) == 0; }
 
 bool contains(const std::string& text, const char* part) { return text.find(part) != std::string::npos; }
 
@@ -24,8 +20,8 @@ struct Count {
 
 // Vectors that do not hold one element per unit of length.
 constexpr Count kCounts[] = {
-    {"zppsConvert_24[su]*", "pSrc", 3, 0, 0},
-    {"zppsConvert_*24[su]_Sfs", "pDst", 3, 0, 0},
+    {"zppsConvert_24?*", "pSrc", 3, 0, 0},
+    {"zppsConvert_*24?_Sfs", "pDst", 3, 0, 0},
     {"zppsSwapBytes_24u*", "*", 3, 0, 0},
     {"zppsFIR*Direct*", "pDlyLine", 0, 2, 0},
     {"*", "pDlyLine", 0, 1, 0},
@@ -52,13 +48,13 @@ constexpr const char* kExactBits[] = {"zppsCopy_*",      "zppsMove_*", "zppsSet_
 template <std::size_t N>
 bool listed(const char* const (&patterns)[N], const std::string& name) {
     for (const char* pattern : patterns)
-        if (like(name, pattern)) return true;
+        if (like(name.c_str(), pattern)) return true;
     return false;
 }
 template <std::size_t N>
 bool listed(const char* const (&patterns)[N][2], const std::string& function, const std::string& argument) {
     for (const auto& pattern : patterns)
-        if (like(function, pattern[0]) && like(argument, pattern[1])) return true;
+        if (like(function.c_str(), pattern[0]) && like(argument.c_str(), pattern[1])) return true;
     return false;
 }
 
@@ -125,7 +121,7 @@ std::size_t elementsOf(const Function& f, const Argument& a, const Case& c) {
     const auto length = static_cast<std::size_t>(c.length);
     if (listed(kCcs, f.name, a.name)) return (length / 2 + 1) * 2;
     for (const Count& count : kCounts)
-        if (f.matches(count.function) && like(a.name, count.argument))
+        if (f.matches(count.function) && like(a.name.c_str(), count.argument))
             return static_cast<std::size_t>(count.perLength * c.length + count.perTap * c.taps(f) +
                                             count.more);
     return length;

@@ -1,9 +1,5 @@
 #include "check/watch.h"
 
-#include <cpuid.h>
-#include <setjmp.h>
-#include <signal.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstring>
@@ -15,7 +11,13 @@ extern "C" void zpp_watched_call(void* block);
 namespace zpp::check {
 namespace {
 
-#ifdef __x86_64__
+#if defined(_WIN64)
+constexpr const char* kPreserved[] = {"rbx",   "rbp",   "rdi",   "rsi",   "r12",   "r13",   "r14",
+                                      "r15",   "xmm6",  "xmm6",  "xmm7",  "xmm7",  "xmm8",  "xmm8",
+                                      "xmm9",  "xmm9",  "xmm10", "xmm10", "xmm11", "xmm11", "xmm12",
+                                      "xmm12", "xmm13", "xmm13", "xmm14", "xmm14", "xmm15", "xmm15"};
+constexpr unsigned kStackAlignment = 16;
+#elif defined(__x86_64__)
 constexpr const char* kPreserved[] = {"rbx", "rbp", "r12", "r13", "r14", "r15"};
 constexpr unsigned kStackAlignment = 16;
 #else
@@ -28,24 +30,10 @@ constexpr std::size_t kCanaryBytes = 256;  // above the arguments, where the fra
 constexpr unsigned char kCanary = 0xC7;
 constexpr std::uint32_t kMxcsr = 0x1F80, kMxcsrControl = 0xFFC0;
 constexpr std::uint64_t kDirectionFlag = 0x400;
-constexpr std::uint64_t kUpperHalves = 0x44;  // of XINUSE: AVX and the upper halves of AVX-512
 
 test::Guarded<unsigned char>& stack() {
     static test::Guarded<unsigned char> bytes(kStackBytes, test::Edge::kEnd);
     return bytes;
-}
-
-sigjmp_buf beforeCall;
-volatile sig_atomic_t calling = 0;
-void* volatile lastFault;
-
-void onFault(int signal, siginfo_t* info, void*) {
-    if (!calling) {
-        ::signal(signal, SIG_DFL);
-        return;  // and the instruction faults again
-    }
-    lastFault = info->si_addr;
-    siglongjmp(beforeCall, signal);
 }
 
 template <class T>
@@ -59,48 +47,11 @@ void setControl(std::uint16_t x87, std::uint32_t mxcsr) {
     __asm__ volatile("cld; fninit; fldcw %0; ldmxcsr %1" : : "m"(x87), "m"(mxcsr) : "memory");
 }
 
-// Not compiled for AVX, or the compiler would clean up.
-int dirtyVectors() {
-    __asm__ volatile("vcmpps $15, %%ymm0, %%ymm0, %%ymm0" : : : "xmm0");
-    return 0;
-}
-int doNothing() { return 0; }
-
 }  // namespace
 
 bool watchesVectors() {
-    static const bool watches = [] {
-        std::uint32_t a = 0, b = 0, c = 0, d = 0;
-        constexpr std::uint32_t kXgetbvOfOne = 4;
-        if (!supportsIsa(kAvx2Isa) || !__get_cpuid_count(13, 1, &a, &b, &c, &d) || (a & kXgetbvOfOne) == 0)
-            return false;
-        // Processors may report more than is in use: believed only where it tells clean from dirty.
-        const auto used = [](int (*function)()) {
-            alignas(8) unsigned char block[CALL_OWN_STACK + 8] = {};
-            const auto target = reinterpret_cast<std::uintptr_t>(function);
-            const auto top = reinterpret_cast<std::uintptr_t>(stack().end() - kCanaryBytes);
-            std::memcpy(block + CALL_TARGET, &target, sizeof target);
-            std::memcpy(block + CALL_STACK, &top, sizeof top);
-            block[CALL_WATCH] = 3;
-            zpp_watched_call(block);
-            setControl(0x37F, kMxcsr);
-            return (read<std::uint64_t>(block + CALL_VECTORS_USED) & kUpperHalves) != 0;
-        };
-        return used(dirtyVectors) && !used(doNothing);
-    }();
+    static const bool watches = supportsIsa(kAvx2Isa);
     return watches;
-}
-
-void catchFaults() {
-    static unsigned char alternate[64 << 10];
-    stack_t alternateStack = {};
-    alternateStack.ss_sp = alternate;
-    alternateStack.ss_size = sizeof alternate;
-    sigaltstack(&alternateStack, nullptr);
-    struct sigaction action = {};
-    action.sa_sigaction = onFault;
-    action.sa_flags = SA_SIGINFO | SA_NODEFER | SA_ONSTACK;
-    for (const int signal : {SIGSEGV, SIGBUS, SIGILL, SIGFPE}) sigaction(signal, &action, nullptr);
 }
 
 WatchedCall::WatchedCall(Entry target, unsigned phase)
@@ -110,7 +61,7 @@ WatchedCall::WatchedCall(Entry target, unsigned phase)
 }
 
 void WatchedCall::passWord(std::uintptr_t word) {
-#ifdef __x86_64__
+#if defined(__x86_64__) && !defined(_WIN32)
     if (integers_ < 6) {
         std::memcpy(block_ + CALL_INTEGERS + 8 * integers_++, &word, sizeof word);
         return;
@@ -119,16 +70,20 @@ void WatchedCall::passWord(std::uintptr_t word) {
     words_.push_back(word);
 }
 
+// By the convention of the target.
 void WatchedCall::pass(const Element& type, const void* value) {
     const auto* bytes = static_cast<const unsigned char*>(value);
 #ifdef __x86_64__
-    if (!type.floating) {
-        std::uintptr_t word = 0xDEADBEEFDEADBEEF;  // what lies above a narrow argument is not defined
-        std::memcpy(&word, bytes, type.size);
-        return passWord(word);
-    }
+    std::uintptr_t word = 0xDEADBEEFDEADBEEF;  // what lies above a narrow argument is not defined
+    if (type.size <= sizeof word) std::memcpy(&word, bytes, type.size);
+#ifdef _WIN32
+    if (type.size <= sizeof word) return passWord(word);
+    pass(copies_.emplace_back(bytes, bytes + type.size).data());  // larger values by reference
+#else
+    if (!type.floating) return passWord(word);
     for (std::size_t i = 0; i < type.size; i += 8)  // never more than fit in registers
         std::memcpy(block_ + CALL_VECTORS + 8 * vectors_++, bytes + i, type.size - i < 8 ? type.size - i : 8);
+#endif
 #else
     for (std::size_t i = 0; i < type.size; i += sizeof(std::uintptr_t)) {
         std::uintptr_t word = 0;
@@ -139,6 +94,10 @@ void WatchedCall::pass(const Element& type, const void* value) {
 }
 
 void WatchedCall::layOutStack() {
+#ifdef _WIN64
+    words_.resize(
+        std::max<std::size_t>(words_.size(), 4));  // the room for the registers, which the callee may use
+#endif
     const std::size_t bytes = words_.size() * sizeof(std::uintptr_t);
     const auto end = reinterpret_cast<std::uintptr_t>(stack().end());
     const unsigned offset = phase_ * kStackAlignment % 32;
@@ -171,20 +130,14 @@ double WatchedCall::time(int calls) {
 std::uint64_t WatchedCall::run() {
     block_[CALL_WATCH] = static_cast<unsigned char>(watchesVectors() ? 3 : 1);
     layOutStack();
-    signal_ = sigsetjmp(beforeCall, 0);
-    if (signal_ == 0) {
-        setControl(x87Control_, kMxcsr);
-        calling = 1;
-        zpp_watched_call(block_);
-    }
-    calling = 0;
+    setControl(x87Control_, kMxcsr);
+    fault_ = callCatching(block_);
     setControl(0x37F, kMxcsr);
-    fault_ = signal_ == 0 ? nullptr : lastFault;
     return read<std::uint64_t>(block_ + CALL_RESULT);
 }
 
 std::string WatchedCall::complaint() const {
-    if (signal_ != 0) return std::string("ends in signal ") + strsignal(signal_);
+    if (fault_.what != nullptr) return std::string("is stopped by ") + fault_.what;
     const std::string registers = registerComplaint();
     return registers.empty() ? stateComplaint() : registers;
 }
@@ -203,7 +156,7 @@ std::string WatchedCall::stateComplaint() const {
     if ((read<std::uint32_t>(block_ + CALL_MXCSR) ^ kMxcsr) & kMxcsrControl) return "leaves MXCSR changed";
     if (read<std::uint16_t>(block_ + CALL_X87) != x87Control_) return "leaves the x87 control word changed";
     if (read<std::uint16_t>(block_ + CALL_X87 + 8) != 0xFFFF) return "leaves x87 registers in use";
-    if (read<std::uint64_t>(block_ + CALL_VECTORS_USED) & kUpperHalves)
+    if ((read<std::uint64_t>(block_ + CALL_UPPERS) | read<std::uint64_t>(block_ + CALL_UPPERS + 8)) != 0)
         return "leaves upper halves of vector registers in use";
     return "";
 }

@@ -3,10 +3,12 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <vector>
 
 #include "check/call.h"
+#include "check/faults.h"
 #include "check/prototype.h"
 #include "core/dispatch.h"
 
@@ -30,7 +32,7 @@ class WatchedCall {
     // What was wrong with the last call, empty if nothing. `faultAddress` is that of a forbidden access, or
     // null.
     std::string complaint() const;
-    void* faultAddress() const { return fault_; }
+    void* faultAddress() const { return fault_.address; }
 
   private:
     void passWord(std::uintptr_t word);
@@ -39,20 +41,18 @@ class WatchedCall {
     std::string registerComplaint() const;
     std::string stateComplaint() const;
 
-    alignas(8) unsigned char block_[CALL_OWN_STACK + 8] = {};
+    alignas(8) unsigned char block_[CALL_BLOCK_BYTES] = {};
     unsigned phase_;
     unsigned integers_ = 0;
     unsigned vectors_ = 0;
-    std::vector<std::uintptr_t> words_;  // the arguments in memory
+    std::vector<std::uintptr_t> words_;              // the arguments in memory
+    std::deque<std::vector<unsigned char>> copies_;  // those that are passed by reference
     std::uint16_t x87Control_;
-    int signal_ = 0;
-    void* fault_ = nullptr;
+    Fault fault_;
 };
 
-// Whether the machine lets the program see that upper halves of vector registers were left in use.
+// Whether the machine has upper halves of vector registers, which a call must leave clean. Their content is
+// watched: XGETBV tells of use too, but processors report use where there is none.
 bool watchesVectors();
-
-// Catches the signals of forbidden accesses in watched calls. To be called once.
-void catchFaults();
 
 }  // namespace zpp::check

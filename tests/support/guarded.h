@@ -2,14 +2,12 @@
 // access beyond it ends the test; on its other side lies a pattern that intact() looks after.
 #pragma once
 
-#include <sys/mman.h>
-#include <unistd.h>
-
-#include <cstdint>
+#include <algorithm>
 #include <cstring>
 #include <initializer_list>
-#include <stdexcept>
 #include <vector>
+
+#include "tests/support/pages.h"
 
 namespace zpp::test {
 
@@ -18,26 +16,15 @@ enum class Edge { kEnd, kStart };
 template <class T>
 class Guarded {
   public:
-    explicit Guarded(std::size_t size, Edge edge = Edge::kEnd) : size_(size) {
-        const std::size_t page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-        const std::size_t bytes = size * sizeof(T);
-        usable_ = (bytes / page + 2) * page;  // never without a pattern
-        mapped_ = usable_ + 2 * page;
-        void* pages = mmap(nullptr, mapped_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-        if (pages == MAP_FAILED) throw std::bad_alloc();
-        base_ = static_cast<unsigned char*>(pages);
-        usableBase_ = base_ + page;
-        if (mprotect(usableBase_, usable_, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
-        std::memset(usableBase_, kPattern, usable_);
-        data_ = reinterpret_cast<T*>(edge == Edge::kEnd ? usableBase_ + usable_ - bytes : usableBase_);
+    explicit Guarded(std::size_t size, Edge edge = Edge::kEnd)
+        : size_(size), pages_(size * sizeof(T) + 1) {  // never without a pattern
+        std::fill(pages_.begin(), pages_.end(), kPattern);
+        data_ = reinterpret_cast<T*>(edge == Edge::kEnd ? pages_.end() - size * sizeof(T) : pages_.begin());
     }
     explicit Guarded(const std::vector<T>& values, Edge edge = Edge::kEnd) : Guarded(values.size(), edge) {
         assign(values);
     }
     Guarded(std::initializer_list<T> values) : Guarded(std::vector<T>(values)) {}
-    Guarded(const Guarded&) = delete;
-    Guarded& operator=(const Guarded&) = delete;
-    ~Guarded() { munmap(base_, mapped_); }
 
     void assign(const std::vector<T>& values) { std::memcpy(data_, values.data(), size_ * sizeof(T)); }
     std::vector<T> values() const { return std::vector<T>(data_, data_ + size_); }
@@ -54,24 +41,21 @@ class Guarded {
     bool intact() const {
         const auto* first = reinterpret_cast<const unsigned char*>(data_);
         const auto* last = reinterpret_cast<const unsigned char*>(data_ + size_);
-        return isPattern(usableBase_, first) && isPattern(last, usableBase_ + usable_);
+        return isPattern(pages_.begin(), first) && isPattern(last, pages_.end());
     }
 
     // Whether, besides, nothing was ever written into the vector: for destinations after an error.
-    bool untouched() const { return isPattern(usableBase_, usableBase_ + usable_); }
+    bool untouched() const { return isPattern(pages_.begin(), pages_.end()); }
 
   private:
     static constexpr unsigned char kPattern = 0xA5;
 
     static bool isPattern(const unsigned char* first, const unsigned char* last) {
-        for (; first != last; ++first)
-            if (*first != kPattern) return false;
-        return true;
+        return std::all_of(first, last, [](unsigned char c) { return c == kPattern; });
     }
 
-    std::size_t size_, usable_, mapped_;
-    unsigned char* base_;
-    unsigned char* usableBase_;
+    std::size_t size_;
+    GuardedPages pages_;
     T* data_;
 };
 

@@ -1,0 +1,24 @@
+// Memory between two pages that cannot be read.
+#pragma once
+
+#include <cstddef>
+
+namespace zpp::test {
+
+class GuardedPages {
+  public:
+    // Whole pages, at least as many bytes as asked for.
+    explicit GuardedPages(std::size_t bytes);
+    GuardedPages(const GuardedPages&) = delete;
+    GuardedPages& operator=(const GuardedPages&) = delete;
+    ~GuardedPages();
+
+    unsigned char* begin() const { return begin_; }
+    unsigned char* end() const { return begin_ + bytes_; }
+
+  private:
+    std::size_t bytes_;
+    unsigned char* begin_;
+};
+
+}  // namespace zpp::test
