@@ -10,6 +10,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # With it GCC 12 leaves out vzeroupper around calls of functions that it knows.
     list(APPEND ZPP_FLAGS_avx2 -fno-ipa-ra)
 endif()
+if(WIN32 AND ZPP_ARCH STREQUAL "x86_64")
+    # GCC takes the stack to be aligned for these registers there, which it is not.
+    list(APPEND ZPP_FLAGS_avx2 -Wa,-muse-unaligned-vector-move)
+endif()
 set(ZPP_FLAGS_avx512 ${ZPP_FLAGS_avx2} -mavx512f -mavx512dq -mavx512bw -mavx512vl)
 if(ZPP_ARCH STREQUAL "i386")
     set(ZPP_ISAS x87 sse sse2 avx2 avx512)

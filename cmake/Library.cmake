@@ -1,6 +1,11 @@
 # The library: the frame, compiled once, and the family files, compiled for each ISA build. The objects are also what
 # the unit tests link, so that they reach the internal seams.
 file(GLOB ZPP_CORE_SOURCES CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} core/*.cpp core/*.S)
+if(WIN32)
+    list(REMOVE_ITEM ZPP_CORE_SOURCES core/attach_elf.cpp)
+else()
+    list(REMOVE_ITEM ZPP_CORE_SOURCES core/attach_windows.cpp)
+endif()
 file(GLOB ZPP_FAMILY_SOURCES CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}
     arith/*.cpp data/*.cpp stats/*.cpp gen/*.cpp filter/*.cpp transform/*.cpp vm/*.cpp)
 
@@ -33,4 +38,9 @@ target_include_directories(zpp INTERFACE
 set(CMAKE_CXX_IMPLICIT_LINK_LIBRARIES)
 set_target_properties(zpp PROPERTIES
     LINKER_LANGUAGE C VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
-target_link_options(zpp PRIVATE -Wl,-z,defs -Wl,-z,now -Wl,-z,text -Wl,--as-needed -static-libgcc)
+target_link_options(zpp PRIVATE -static-libgcc)
+if(WIN32)
+    set_target_properties(zpp PROPERTIES PREFIX "")  # zpp.dll
+else()
+    target_link_options(zpp PRIVATE -Wl,-z,defs -Wl,-z,now -Wl,-z,text -Wl,--as-needed)
+endif()

@@ -1,6 +1,11 @@
 /* One entry stub and one slot per export, made from the public headers. A stub is 16 bytes and jumps through its
  * slot; the slots start out null and are filled once, by the binding at load. */
-#define ZPP_LIST(result, name, arguments) stub name
+#define PASTE(a, b) a##b
+#define PASTED(a, b) PASTE(a, b)
+/* In 32-bit Windows objects the names of C have an underscore in front. */
+#define SYMBOL(name) PASTED(__USER_LABEL_PREFIX__, name)
+
+#define ZPP_LIST(result, name, arguments) stub name, SYMBOL(name)
 #define ZPP_LIST_SHARED ZPP_LIST
 #define ZPP_LIST_COLUMN ZPP_LIST
 
@@ -11,21 +16,41 @@
 .endm
 #else
 #define POINTER 4
-/* ecx is free at the entry of a cdecl function. */
 .macro forward name
+#ifdef __ELF__
+    /* ecx is free at the entry of a cdecl function. */
     call zpp_program_counter
 1:  jmp *(zpp_slot_\name - 1b)(%ecx)
+#else
+    jmp *zpp_slot_\name
+#endif
 .endm
 #endif
 
-.macro stub name
+#ifdef __ELF__
+.macro export name, symbol
+    .type \symbol, @function
+    .size \symbol, 16
+.endm
+#else
+/* The linker reads the names to export, undecorated, in this section. */
+.macro export name, symbol
+    .def \symbol
+    .scl 2
+    .type 32
+    .endef
+    .section .drectve, "yn"
+    .ascii " -export:\name"
+.endm
+#endif
+
+.macro stub name, symbol
+    export \name, \symbol
     .text
     .p2align 4
-    .globl \name
-    .type \name, @function
-\name:
+    .globl \symbol
+\symbol:
     forward \name
-    .size \name, . - \name
     .bss
 zpp_slot_\name:
     .zero POINTER
@@ -33,13 +58,14 @@ zpp_slot_\name:
 
     .bss
     .p2align 6
-    .globl zpp_slots
-    .hidden zpp_slots
-    .type zpp_slots, @object
-zpp_slots:
+    .globl SYMBOL(zpp_slots)
+SYMBOL(zpp_slots):
 
 #include "zpp.h"
 
+#ifdef __ELF__
+    .hidden zpp_slots
+    .type zpp_slots, @object
     .bss
     .size zpp_slots, . - zpp_slots
 
@@ -53,3 +79,4 @@ zpp_program_counter:
 #endif
 
     .section .note.GNU-stack, "", @progbits
+#endif

@@ -24,10 +24,15 @@
 #define ZPP_EXPORT_COLUMN(result, name, arguments)
 #endif
 #else
-#ifdef __cplusplus
-#define ZPP_EXPORT(result, name, arguments) extern "C" result name arguments;
+#ifdef _WIN32
+#define ZPP_CALL __cdecl /* whatever the compiler's default is */
 #else
-#define ZPP_EXPORT(result, name, arguments) extern result name arguments;
+#define ZPP_CALL
+#endif
+#ifdef __cplusplus
+#define ZPP_EXPORT(result, name, arguments) extern "C" result ZPP_CALL name arguments;
+#else
+#define ZPP_EXPORT(result, name, arguments) extern result ZPP_CALL name arguments;
 #endif
 #define ZPP_EXPORT_SHARED ZPP_EXPORT
 #define ZPP_EXPORT_COLUMN ZPP_EXPORT

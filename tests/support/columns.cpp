@@ -14,6 +14,11 @@ std::string Binding::isaName() const {
     return kNames[isa];
 }
 
+#ifdef _WIN32
+// The loader calls DllMain for a library, not for a program of the same objects.
+[[maybe_unused]] const bool bound = bindLibrary();
+#endif
+
 void Binding::bind() const {
     if (!fillColumn(kDispatchTable, column, isa)) std::abort();
 }
