@@ -38,8 +38,9 @@ install_packages() {
     local log status=0
     log=$(mktemp)
     {
-        as_root apt-get -qq -o DPkg::Lock::Timeout=300 update &&
-            as_root apt-get -qq -o DPkg::Lock::Timeout=300 install -y --no-install-recommends "${missing[@]}"
+        # An index that the mirror is just replacing matters only if a package cannot be had without it.
+        as_root apt-get -qq -o DPkg::Lock::Timeout=300 update
+        as_root apt-get -qq -o DPkg::Lock::Timeout=300 install -y --no-install-recommends "${missing[@]}"
     } >"$log" 2>&1 || status=$?
     [ $status -eq 0 ] || cat "$log" >&2
     rm -f "$log"
