@@ -1,5 +1,5 @@
 /* zpp_watched_call(CallBlock*): as in call_x86_64.S. All arguments are in memory. */
-#include "call.h"
+#include "call_common.S"
 
     .bss
     .p2align 2

@@ -1,6 +1,6 @@
 /* zpp_watched_call(CallBlock*): as in call_x86_64.S, by the convention of 64-bit Windows: the first four arguments in
  * registers, with room for them in memory, where they are found; xmm6 to xmm15 are the caller's. */
-#include "call.h"
+#include "call_common.S"
 
     .bss
     .p2align 3

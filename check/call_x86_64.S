@@ -1,6 +1,6 @@
 /* zpp_watched_call(CallBlock*): calls a function on the stack and with the registers that the block gives, and
  * notes the state in which it comes back. After the call nothing is taken for granted but rip. */
-#include "call.h"
+#include "call_common.S"
 
     .bss
     .p2align 3
