@@ -11,6 +11,12 @@ inline void copyElements(const T* src, T* dst, size_t len) {
     if (src != dst) memcpy(dst, src, len * sizeof(T));
 }
 
+// The same for vectors that may overlap.
+template <class T>
+inline void moveElements(const T* src, T* dst, size_t len) {
+    if (src != dst) memmove(dst, src, len * sizeof(T));
+}
+
 template <class T>
 inline void zeroElements(T* dst, size_t len) {
     memset(static_cast<void*>(dst), 0, len * sizeof(T));

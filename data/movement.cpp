@@ -18,7 +18,7 @@ inline ZppStatus copy(const T* pSrc, T* pDst, int len) {
 template <class T>
 inline ZppStatus move(const T* pSrc, T* pDst, int len) {
     if (const ZppStatus error = checkVectors(len, pSrc, pDst)) return error;
-    if (pSrc != pDst) memmove(pDst, pSrc, static_cast<size_t>(len) * sizeof(T));
+    moveElements(pSrc, pDst, static_cast<size_t>(len));
     return zppStatusOk;
 }
 

@@ -1,5 +1,6 @@
 // FIR filtering of blocks and single samples with a state.
 #include "core/loops.h"
+#include "core/simd_convert.h"
 #include "filter/fir_kernel.h"
 #include "filter/fir_state.h"
 
@@ -19,14 +20,6 @@ inline auto* scalars(T* p) {
         return &p->re;
 }
 
-template <class To, int N, class From>
-ZPP_INLINE auto convertLanes(const From* p) {
-    if constexpr (N == 1)
-        return static_cast<To>(*p);
-    else
-        return __builtin_convertvector(load<Vec<From, N>>(p), Vec<To, N>);
-}
-
 // dst[i] = src[i], from the precision of the signal to that of the state or back.
 template <class To, class From>
 void convertElements(const From* src, To* dst, size_t len) {
@@ -38,14 +31,14 @@ void convertElements(const From* src, To* dst, size_t len) {
         using Scalar = std::remove_reference_t<decltype(*to)>;
         forEachStep<kLanes<double>>(
             len * (sizeof(To) / sizeof(Scalar)), to, sizeof(Scalar),
-            [=](auto lanes, size_t i) { return convertLanes<Scalar, decltype(lanes)::value>(from + i); },
-            [=](auto, size_t i, auto v) { store(to + i, v); });
+            [=](auto lanes, size_t i) { return loadAsDoubles<decltype(lanes)::value>(from + i); },
+            [=](auto, size_t i, auto v) {
+                if constexpr (std::is_same_v<Scalar, float>)
+                    storeAsFloats(to + i, v);
+                else
+                    store(to + i, v);
+            });
     }
-}
-
-template <class T>
-inline void moveElements(const T* src, T* dst, size_t len) {
-    if (src != dst) memmove(dst, src, len * sizeof(T));
 }
 
 template <class F>

@@ -61,7 +61,7 @@ void filterByBlocks(const T* src, T* dst, size_t n, const T* taps, const DelayLi
         const size_t count = n - done < room ? n - done : room;
         copyElements(src + done, window + len, count);
         filterWindows(row, len, window + 1, dst + done, count);
-        memmove(static_cast<void*>(window), window + count, len * sizeof(T));
+        moveElements(window + count, window, len);
         done += count;
     }
     line.replace(window, n);
