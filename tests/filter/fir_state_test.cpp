@@ -33,14 +33,13 @@ TEST_P(FirState, SizesAreExact) {
 }
 
 TEST_P(FirState, RefusesLengthsWhoseSizeIsNoInt) {
-    forEachPair([](const auto& pair) {
-        using Pair = std::decay_t<decltype(pair)>;
+    forEachPair([]<class T, class D>(const FirPair<T, D>& pair) {
         int size = 5, longest = INT_MAX / (pair.kComplex ? 64 : 32);
         while (pair.getStateSize(longest, &size) != zppStatusOk) --longest;
         EXPECT_GT(size, INT_MAX - 64);
         EXPECT_GT(longest, INT_MAX / (pair.kComplex ? 64 : 32) - 2000);
         for (const int tapsLen : {longest + 1, INT_MAX / 16, INT_MAX - 1, INT_MAX}) {
-            typename Pair::Taps tap{};
+            T tap{};
             Zpp8u buffer = 0;
             ZppsFIRState* state = nullptr;
             size = 5;
@@ -53,53 +52,42 @@ TEST_P(FirState, RefusesLengthsWhoseSizeIsNoInt) {
 }
 
 TEST_P(FirState, ChecksInOrder) {
-    forEachPair([](const auto& pair) {
-        using Pair = std::decay_t<decltype(pair)>;
-        int size = 0;
-        typename Pair::Taps taps[2] = {};
-        typename Pair::Data line[2] = {};
-        Guarded<Zpp8u> buffer(70000);
-        ZppsFIRState* state = nullptr;
+    forEachPair([]<class T, class D>(const FirPair<T, D>& pair) {
+        T taps[2] = {};
+        D line[2] = {};
         Guarded<int> other({0x46493132});  // nothing but the identifier is read
         auto* wrong = reinterpret_cast<ZppsFIRState*>(other.data());
         expectAll(zppStatusNullPointer,
-                  {pair.getStateSize(0, nullptr), pair.init(nullptr, taps, 0, line, buffer),
-                   pair.init(&state, nullptr, 0, line, buffer), pair.init(&state, taps, 0, line, nullptr),
-                   pair.initAlloc(nullptr, taps, 0, line), pair.initAlloc(&state, nullptr, 0, line),
-                   pair.free(nullptr), pair.getTaps(nullptr, taps), pair.getTaps(wrong, nullptr),
-                   pair.setTaps(taps, nullptr), pair.setTaps(nullptr, wrong), pair.getDlyLine(nullptr, line),
-                   pair.getDlyLine(wrong, nullptr), pair.setDlyLine(nullptr, line)});
-        for (const int tapsLen : {0, -1, INT_MIN})
-            expectAll(zppStatusFirLength,
-                      {pair.getStateSize(tapsLen, &size), pair.init(&state, taps, tapsLen, line, buffer),
-                       pair.initAlloc(&state, taps, tapsLen, line)});
-        EXPECT_TRUE(buffer.untouched() && state == nullptr);
-        for (const int id : {0, 7, 9, 0x46493132, 0x46493235, 0x46493231}) {
-            other.assign({id});
-            expectAll(zppStatusContextMismatch,
-                      {pair.free(wrong), pair.getTaps(wrong, taps), pair.setTaps(taps, wrong),
-                       pair.getDlyLine(wrong, line), pair.setDlyLine(wrong, nullptr)});
-        }
+                  {pair.getStateSize(0, nullptr), pair.init(nullptr, taps, 0, line, nullptr),
+                   pair.initAlloc(nullptr, taps, 0, line), pair.getTaps(wrong, nullptr),
+                   pair.setTaps(nullptr, wrong), pair.getDlyLine(wrong, nullptr),
+                   pair.filter(nullptr, line, 0, wrong), pair.filterInPlace(nullptr, 0, wrong),
+                   pair.filterOne(D{}, nullptr, wrong)});
+        expectAll(zppStatusSizeError,
+                  {pair.filter(line, line, 0, wrong), pair.filterInPlace(line, -1, wrong)});
     });
 }
 
 TEST_P(FirState, KnowsItsPair) {
-    forEachPair([](const auto& own) {
-        typename std::decay_t<decltype(own)>::Taps tap{};
+    forEachPair([]<class T, class D>(const FirPair<T, D>& own) {
+        T tap{};
         ZppsFIRState* state = nullptr;
         ASSERT_EQ(own.initAlloc(&state, &tap, 1, nullptr), zppStatusOk);
         EXPECT_EQ(identifierOf(state), own.singleRate);
-        for (const int id : {own.singleRate, own.multiRate}) {
+        for (const int id : {0, 7, 9, 0x46493132, 0x46493235, 0x46493231, own.singleRate, own.multiRate}) {
             identifierOf(state) = id;
-            forEachPair([&](const auto& pair) {
-                using Pair = std::decay_t<decltype(pair)>;
-                const ZppStatus expected =
-                    pair.singleRate == own.singleRate ? zppStatusOk : zppStatusContextMismatch;
-                typename Pair::Taps taps[1] = {};
-                typename Pair::Data line[1] = {};
-                expectAll(expected, {pair.getTaps(state, taps), pair.setTaps(taps, state),
-                                     pair.getDlyLine(state, line), pair.setDlyLine(state, line),
-                                     expected != zppStatusOk ? pair.free(state) : expected});
+            forEachPair([&]<class U, class E>(const FirPair<U, E>& pair) {
+                const bool single = id == pair.singleRate, known = single || id == pair.multiRate;
+                U taps[1] = {};
+                E line[1] = {};
+                expectAll(known ? zppStatusOk : zppStatusContextMismatch,
+                          {pair.getTaps(state, taps), pair.setTaps(taps, state), pair.getDlyLine(state, line),
+                           pair.setDlyLine(state, line)});
+                expectAll(single ? zppStatusOk : zppStatusContextMismatch,
+                          {pair.filterOne(E{}, line, state)});
+                if (known) return;
+                expectAll(zppStatusContextMismatch, {pair.free(state), pair.filter(line, line, 1, state),
+                                                     pair.filterInPlace(line, 1, state)});
             });
         }
         EXPECT_EQ(own.free(state), zppStatusOk);  // with the multi-rate identifier
@@ -107,8 +95,8 @@ TEST_P(FirState, KnowsItsPair) {
 }
 
 // The values of taps and delay line of a state.
-template <class Pair, class T = typename Pair::Taps, class D = typename Pair::Data>
-void expectHolds(const Pair& pair, const ZppsFIRState* state, const std::vector<T>& taps,
+template <class T, class D>
+void expectHolds(const FirPair<T, D>& pair, const ZppsFIRState* state, const std::vector<T>& taps,
                  const std::vector<D>& line) {
     Guarded<T> tapsOut(taps.size());
     Guarded<D> lineOut(line.size());
@@ -120,9 +108,7 @@ void expectHolds(const Pair& pair, const ZppsFIRState* state, const std::vector<
 }
 
 TEST_P(FirState, FitsTheCallersBufferAtAnyAlignment) {
-    forEachPair([](const auto& pair) {
-        using T = typename std::decay_t<decltype(pair)>::Taps;
-        using D = typename std::decay_t<decltype(pair)>::Data;
+    forEachPair([]<class T, class D>(const FirPair<T, D>& pair) {
         for (const int tapsLen : {1, 2, 5, 63, 200})
             for (std::size_t shift = 0; shift < 17; ++shift) {
                 const auto n = static_cast<std::size_t>(tapsLen);
@@ -159,9 +145,7 @@ TEST_P(FirState, FitsTheCallersBufferAtAnyAlignment) {
 
 TEST_P(FirState, AllocatesAllOrNothing) {
     const long before = liveBlocks();
-    forEachPair([](const auto& pair) {
-        using T = typename std::decay_t<decltype(pair)>::Taps;
-        using D = typename std::decay_t<decltype(pair)>::Data;
+    forEachPair([]<class T, class D>(const FirPair<T, D>& pair) {
         for (const int tapsLen : {1, 15, 16, 31, 32, 100, 3000}) {
             const auto taps = randomElements<T>(static_cast<std::size_t>(tapsLen), 1);
             const auto line = randomElements<D>(taps.size(), 2);
@@ -189,9 +173,7 @@ TEST_P(FirState, AllocatesAllOrNothing) {
 }
 
 TEST_P(FirState, GivesUpTheFftWhenItFails) {
-    forEachPair([](const auto& pair) {
-        using T = typename std::decay_t<decltype(pair)>::Taps;
-        using D = typename std::decay_t<decltype(pair)>::Data;
+    forEachPair([]<class T, class D>(const FirPair<T, D>& pair) {
         const auto taps = randomElements<T>(40, 1), otherTaps = randomElements<T>(40, 2);
         ZppsFIRState* state = nullptr;
         ASSERT_EQ(pair.initAlloc(&state, taps.data(), 40, nullptr), zppStatusOk);

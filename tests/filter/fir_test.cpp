@@ -1,6 +1,6 @@
 #include <algorithm>
 #include <functional>
-#include <memory>
+#include <utility>
 
 #include "tests/filter/fir_support.h"
 #include "tests/support/binding.h"
@@ -13,23 +13,18 @@ namespace {
 class Fir : public BoundTest {};
 ZPP_FOR_ALL_BINDINGS(Fir);
 
-template <class Pair>
-using TapsOf = std::vector<typename Pair::Taps>;
-template <class Pair>
-using DataOf = std::vector<typename Pair::Data>;
-
 // A filter with random taps and a random past; with or without FFT path.
-template <class Pair>
+template <class T, class D>
 struct Filter {
-    const Pair& pair;
-    TapsOf<Pair> taps;
-    DataOf<Pair> past;
+    const FirPair<T, D>& pair;
+    std::vector<T> taps;
+    std::vector<D> past;
     ZppsFIRState* state = nullptr;
 
-    Filter(const Pair& p, int tapsLen, bool withFft)
+    Filter(const FirPair<T, D>& p, int tapsLen, bool withFft)
         : pair(p),
-          taps(randomElements<typename Pair::Taps>(static_cast<std::size_t>(tapsLen), 1)),
-          past(randomElements<typename Pair::Data>(taps.size(), 2)) {
+          taps(randomElements<T>(static_cast<std::size_t>(tapsLen), 1)),
+          past(randomElements<D>(taps.size(), 2)) {
         if (withFft) {
             EXPECT_EQ(pair.initAlloc(&state, taps.data(), tapsLen, past.data()), zppStatusOk);
             return;
@@ -45,9 +40,9 @@ struct Filter {
 
     // The signal from the past on, in blocks of the lengths that nextLen gives; a length of 0 is one sample
     // by filterOne.
-    DataOf<Pair> run(const DataOf<Pair>& signal, bool inPlace, const std::function<int()>& nextLen) {
+    std::vector<D> run(const std::vector<D>& signal, bool inPlace, const std::function<int()>& nextLen) {
         EXPECT_EQ(pair.setDlyLine(state, past.data()), zppStatusOk);
-        Guarded<typename Pair::Data> src(signal), dst(signal);
+        Guarded<D> src(signal), dst(signal);
         for (int done = 0, n; done < src.len(); done += n) {
             const int asked = nextLen();
             n = std::min(std::max(asked, 1), src.len() - done);
@@ -60,16 +55,13 @@ struct Filter {
         EXPECT_TRUE(sameBits(signal, src.values()));
         return dst.values();
     }
-    DataOf<Pair> runWhole(const DataOf<Pair>& signal, bool inPlace = false) {
-        return run(signal, inPlace, [&] { return static_cast<int>(signal.size()); });
-    }
 
     // Whether the delay line is what follows the past and this signal.
-    testing::AssertionResult remembers(const DataOf<Pair>& signal) const {
-        DataOf<Pair> all(past.rbegin(), past.rend()), line(past.size());
+    testing::AssertionResult remembers(const std::vector<D>& signal) const {
+        std::vector<D> all(past.rbegin(), past.rend()), line(past.size());
         all.insert(all.end(), signal.begin(), signal.end());
         EXPECT_EQ(pair.getDlyLine(state, line.data()), zppStatusOk);
-        return sameBits(DataOf<Pair>(all.rbegin(), all.rbegin() + static_cast<std::ptrdiff_t>(past.size())),
+        return sameBits(std::vector<D>(all.rbegin(), all.rbegin() + static_cast<std::ptrdiff_t>(past.size())),
                         line);
     }
 
@@ -77,64 +69,54 @@ struct Filter {
     std::vector<Zpp8u> buffer_;
 };
 
-TEST_P(Fir, IsTheConvolutionSum) {
-    forEachPair([](const auto& pair) {
-        using Pair = std::decay_t<decltype(pair)>;
-        for (const int tapsLen : {1, 2, 3, 5, 7, 8, 9, 16, 31, 64, 131}) {
-            Filter<Pair> filter(pair, tapsLen, false);
-            const auto n = static_cast<std::size_t>(tapsLen);
-            for (const int len : awkwardLengths()) {
-                const auto signal = randomElements<typename Pair::Data>(static_cast<std::size_t>(len), 3);
-                const Convolution expected(filter.taps, filter.past, signal);
-                const auto y = filter.runWhole(signal);
-                EXPECT_TRUE(expected.isNear(y, n)) << tapsLen << " taps, " << len;
-                EXPECT_TRUE(filter.remembers(signal)) << tapsLen << " taps, " << len;
-                EXPECT_TRUE(sameBits(y, filter.runWhole(signal, true))) << tapsLen << " taps, " << len;
-                EXPECT_TRUE(filter.remembers(signal)) << tapsLen << " taps, " << len;
-                EXPECT_TRUE(expected.isNear(filter.run(signal, false, [] { return 0; }), n));
-                EXPECT_TRUE(filter.remembers(signal)) << tapsLen << " taps, " << len;
-            }
-        }
-    });
-}
-
-// Blocks of 1, B, B + 1, more than the chunks of a 32-bit signal, and random; in and out of place.
-TEST_P(Fir, GivesTheSameBitsHoweverSplit) {
-    forEachPair([](const auto& pair) {
-        using Pair = std::decay_t<decltype(pair)>;
-        const auto signal = randomElements<typename Pair::Data>(3001, 3);
-        for (const int tapsLen : {1, 6, 8, 64, 75, 1100}) {
-            Filter<Pair> filter(pair, tapsLen, false);
-            const auto whole = filter.runWhole(signal);
-            const int limit = (tapsLen + 3) / 4 * 4 + 1;
-            for (const int len : {tapsLen > 1000 ? 97 : 1, limit, limit + 1, 1025, 3000})
-                for (const bool inPlace : {false, true}) {
-                    EXPECT_TRUE(sameBits(whole, filter.run(signal, inPlace, [=] { return len; })))
-                        << tapsLen << " taps, blocks of " << len;
-                    EXPECT_TRUE(filter.remembers(signal));
-                }
-            Random random(4);
-            const auto randomLen = [&] { return static_cast<int>(1 + random.below(300)); };
-            EXPECT_TRUE(sameBits(whole, filter.run(signal, random.below(2) == 0, randomLen)));
-        }
-    });
-}
-
-TEST_P(Fir, MixesBlocksAndSingleSamples) {
-    forEachPair([](const auto& pair) {
-        using Pair = std::decay_t<decltype(pair)>;
-        const auto signal = randomElements<typename Pair::Data>(1500, 3);
-        for (const int tapsLen : {1, 3, 16, 50}) {
-            Filter<Pair> filter(pair, tapsLen, true);
+// Blocks of 1, B, B + 1, more than the chunks of a 32-bit signal, and random (0), where B is the length up to
+// which the delay buffer holds a block; single samples.
+TEST_P(Fir, IsTheConvolutionSumHoweverSplit) {
+    forEachPair([]<class T, class D>(const FirPair<T, D>& pair) {
+        const auto signal = randomElements<D>(3001, 3);
+        for (const int tapsLen : {1, 2, 3, 5, 6, 7, 8, 9, 16, 31, 64, 75, 131, 1100}) {
+            SCOPED_TRACE(tapsLen);
+            Filter<T, D> filter(pair, tapsLen, false);
+            EXPECT_EQ(specificationOf(filter.state), nullptr);
             const Convolution expected(filter.taps, filter.past, signal);
+            const auto whole = filter.run(signal, false, [] { return 3001; });
+            EXPECT_TRUE(expected.isNear(whole, filter.taps.size()));
+            EXPECT_TRUE(expected.isNear(filter.run(signal, false, [] { return 0; }), filter.taps.size()));
+            EXPECT_TRUE(filter.remembers(signal));
+            const int limit = (tapsLen + 3) / 4 * 4 + 1;
+            Random random(4);
+            for (const int len : {tapsLen > 1000 ? 97 : 1, limit, limit + 1, 1025, 3000, 0})
+                for (const bool inPlace : {false, true}) {
+                    const auto nextLen = [&] {
+                        return len > 0 ? len : static_cast<int>(1 + random.below(300));
+                    };
+                    EXPECT_TRUE(sameBits(whole, filter.run(signal, inPlace, nextLen))) << "blocks of " << len;
+                    EXPECT_TRUE(filter.remembers(signal)) << "blocks of " << len;
+                }
+        }
+    });
+}
+
+// Blocks mostly short, at times long enough for the FFT, and single samples; with the first taps and with new
+// ones.
+TEST_P(Fir, MixesBlocksAndSingleSamples) {
+    forEachPair([]<class T, class D>(const FirPair<T, D>& pair) {
+        const auto signal = randomElements<D>(1500, 3);
+        for (const int tapsLen : {1, 3, 16, 50}) {
+            Filter<T, D> filter(pair, tapsLen, true);
             Random random(5);
-            // Mostly short, at times long enough for the FFT.
             const auto nextLen = [&] {
                 return static_cast<int>(random.below(random.below(8) == 0 ? 500 : 4));
             };
-            const auto y = filter.run(signal, false, nextLen);
-            EXPECT_TRUE(expected.isNearByNorm(y, 4)) << tapsLen << " taps";
-            EXPECT_TRUE(filter.remembers(signal));
+            for (const std::uint64_t stream : {6, 7}) {
+                const auto y = filter.run(signal, false, nextLen);
+                EXPECT_TRUE(Convolution(filter.taps, filter.past, signal).isNearByNorm(y, 4))
+                    << tapsLen << " taps";
+                EXPECT_TRUE(filter.remembers(signal)) << tapsLen << " taps";
+                filter.taps = randomElements<T>(filter.taps.size(), stream);
+                EXPECT_EQ(pair.setTaps(filter.taps.data(), filter.state), zppStatusOk);
+                EXPECT_TRUE(filter.remembers(signal)) << tapsLen << " taps";
+            }
         }
     });
 }
@@ -152,81 +134,32 @@ TEST_P(Fir, TakesTheFftForBlocksAboveItsLength) {
                           {64, 256, 256},
                           {300, 1024, 1024},
                           {1500, 4096, 4096}}) {
-        forEachPair([&](const auto& pair) {
-            using Pair = std::decay_t<decltype(pair)>;
+        forEachPair([&]<class T, class D>(const FirPair<T, D>& pair) {
+            SCOPED_TRACE(c.tapsLen);
             const int fftLen = pair.kComplex ? c.complexLen : c.realLen;
-            Filter<Pair> filter(pair, c.tapsLen, true);
-            Filter<Pair> direct(pair, c.tapsLen, false);
-            EXPECT_EQ(specificationOf(direct.state), nullptr);
-            ASSERT_EQ(specificationOf(filter.state) != nullptr, fftLen > 0) << c.tapsLen;
-            const auto upTo = randomElements<typename Pair::Data>(static_cast<std::size_t>(fftLen + 1), 3);
-            const auto signal = randomElements<typename Pair::Data>(
-                static_cast<std::size_t>(std::max(4 * fftLen + 17, 1000)), 3);
-            if (fftLen == 0) {
-                EXPECT_TRUE(sameBits(direct.runWhole(signal), filter.runWhole(signal)));
-                return;
-            }
-            const auto splits = [=] { return fftLen; };
-            EXPECT_TRUE(sameBits(direct.runWhole(signal), filter.run(signal, false, splits)));
+            Filter<T, D> filter(pair, c.tapsLen, true);
+            ASSERT_EQ(specificationOf(filter.state) != nullptr, fftLen > 0);
+            if (fftLen == 0) return;
+            const auto signal = randomElements<D>(static_cast<std::size_t>(4 * fftLen + 17), 3);
 
-            // A transform that fails ends the call with its status; the past has advanced by then.
-            std::vector<typename Pair::Data> y(upTo.size());
+            // A transform that fails ends the call with its status.
+            std::vector<D> y(signal.size());
             int& id = *specificationOf(filter.state);
             const int right = std::exchange(id, 0);
-            EXPECT_EQ(pair.filter(upTo.data(), y.data(), fftLen, filter.state), zppStatusOk);
-            EXPECT_EQ(pair.filter(upTo.data(), y.data(), fftLen + 1, filter.state), zppStatusContextMismatch);
+            EXPECT_EQ(pair.filter(signal.data(), y.data(), fftLen, filter.state), zppStatusOk);
+            EXPECT_EQ(pair.filter(signal.data(), y.data(), fftLen + 1, filter.state),
+                      zppStatusContextMismatch);
             id = right;
 
             const Convolution expected(filter.taps, filter.past, signal);
             for (const int len : {fftLen + 1, 2 * fftLen, static_cast<int>(signal.size())})
                 for (const bool inPlace : {false, true}) {
                     const auto result = filter.run(signal, inPlace, [=] { return len; });
-                    EXPECT_TRUE(expected.isNearByNorm(result, 4)) << c.tapsLen << " taps, blocks of " << len;
-                    EXPECT_TRUE(filter.remembers(signal));
+                    EXPECT_TRUE(expected.isNearByNorm(result, 4)) << "blocks of " << len;
+                    EXPECT_TRUE(filter.remembers(signal)) << "blocks of " << len;
                 }
         });
     }
-}
-
-TEST_P(Fir, RunsTheNewTaps) {
-    forEachPair([](const auto& pair) {
-        using Pair = std::decay_t<decltype(pair)>;
-        for (const bool withFft : {false, true}) {
-            Filter<Pair> filter(pair, 40, withFft);
-            const auto signal = randomElements<typename Pair::Data>(1000, 3);
-            filter.runWhole(signal);
-            filter.taps = randomElements<typename Pair::Taps>(40, 6);
-            EXPECT_EQ(pair.setTaps(filter.taps.data(), filter.state), zppStatusOk);
-            EXPECT_TRUE(filter.remembers(signal));
-            EXPECT_TRUE(
-                Convolution(filter.taps, filter.past, signal).isNearByNorm(filter.runWhole(signal), 4));
-        }
-    });
-}
-
-TEST_P(Fir, ChecksInOrder) {
-    forEachPair([](const auto& pair) {
-        using D = typename std::decay_t<decltype(pair)>::Data;
-        Guarded<int> other({0x46493132});
-        auto* wrong = reinterpret_cast<ZppsFIRState*>(other.data());
-        Guarded<D> src(4), dst(4);
-        expectAll(zppStatusNullPointer,
-                  {pair.filter(nullptr, dst, 0, wrong), pair.filter(src, nullptr, 0, wrong),
-                   pair.filter(src, dst, 0, nullptr), pair.filterInPlace(nullptr, 0, wrong),
-                   pair.filterInPlace(dst, 0, nullptr), pair.filterOne(D{}, nullptr, wrong),
-                   pair.filterOne(D{}, dst, nullptr)});
-        expectAll(zppStatusSizeError, {pair.filter(src, dst, 0, wrong), pair.filterInPlace(dst, -1, wrong)});
-        forEachPair([&](const auto& owner) {
-            if (owner.singleRate == pair.singleRate) return;
-            other.assign({owner.singleRate});
-            expectAll(zppStatusContextMismatch,
-                      {pair.filter(src, dst, 4, wrong), pair.filterInPlace(dst, 4, wrong),
-                       pair.filterOne(D{}, dst, wrong)});
-        });
-        other.assign({pair.multiRate});
-        EXPECT_EQ(pair.filterOne(D{}, dst, wrong), zppStatusContextMismatch);
-        EXPECT_TRUE(dst.untouched());
-    });
 }
 
 }  // namespace
