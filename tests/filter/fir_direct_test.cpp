@@ -1,7 +1,5 @@
 #include "tests/filter/fir_support.h"
 #include "tests/support/binding.h"
-#include "tests/support/compare.h"
-#include "tests/support/guarded.h"
 
 namespace zpp::test {
 namespace {
@@ -90,7 +88,7 @@ TEST_P(FirDirect, IsTheConvolutionSum) {
                         DirectFilter<T> filter(tapsLen, index);
                         Guarded<T> src(signal), dst(signal);
                         filter.run(functions, form, src, dst);
-                        EXPECT_TRUE(expected.isNear(dst.values(), tapsLen))
+                        EXPECT_TRUE(expected.isNear(dst.values()))
                             << tapsLen << " taps, " << len << ", form " << form;
                         EXPECT_TRUE(filter.remembers(signal, index))
                             << tapsLen << " taps, " << len << ", form " << form;

@@ -1,9 +1,8 @@
 #include <climits>
+#include <utility>
 
 #include "tests/filter/fir_support.h"
 #include "tests/support/binding.h"
-#include "tests/support/compare.h"
-#include "tests/support/guarded.h"
 #include "tests/support/heap.h"
 
 namespace zpp::test {
@@ -94,103 +93,64 @@ TEST_P(FirState, KnowsItsPair) {
     });
 }
 
-// The values of taps and delay line of a state.
-template <class T, class D>
-void expectHolds(const FirPair<T, D>& pair, const ZppsFIRState* state, const std::vector<T>& taps,
-                 const std::vector<D>& line) {
-    Guarded<T> tapsOut(taps.size());
-    Guarded<D> lineOut(line.size());
-    EXPECT_EQ(pair.getTaps(state, tapsOut), zppStatusOk);
-    EXPECT_EQ(pair.getDlyLine(state, lineOut), zppStatusOk);
-    EXPECT_TRUE(sameBits(taps, tapsOut.values()));
-    EXPECT_TRUE(sameBits(line, lineOut.values()));
-    EXPECT_TRUE(tapsOut.intact() && lineOut.intact());
-}
-
+// With 0 to 16 spare bytes behind it the state begins at any alignment.
 TEST_P(FirState, FitsTheCallersBufferAtAnyAlignment) {
     forEachPair([]<class T, class D>(const FirPair<T, D>& pair) {
+        const auto signal = randomElements<D>(5000, 5);
         for (const int tapsLen : {1, 2, 5, 63, 200})
-            for (std::size_t shift = 0; shift < 17; ++shift) {
-                const auto n = static_cast<std::size_t>(tapsLen);
-                const auto taps = randomElements<T>(n, 1), otherTaps = randomElements<T>(n, 2);
-                const auto line = randomElements<D>(n, 3), otherLine = randomElements<D>(n, 4);
-                int size = 0;
-                ASSERT_EQ(pair.getStateSize(tapsLen, &size), zppStatusOk);
-                Guarded<Zpp8u> buffer(static_cast<std::size_t>(size) + shift);
-                const std::vector<Zpp8u> rest(buffer.end() - shift, buffer.end());
-                ZppsFIRState* state = nullptr;
-                ASSERT_EQ(pair.init(&state, taps.data(), tapsLen, line.data(), buffer), zppStatusOk);
-                EXPECT_EQ(reinterpret_cast<std::uintptr_t>(state) % 16, 0u);
-                expectHolds(pair, state, taps, line);
-                EXPECT_EQ(pair.setTaps(otherTaps.data(), state), zppStatusOk);
-                expectHolds(pair, state, otherTaps, line);
-
-                Guarded<D> signal(randomElements<D>(5000, 5));
-                D y;
-                EXPECT_EQ(pair.filterInPlace(signal, signal.len(), state), zppStatusOk);
-                EXPECT_EQ(pair.filterOne(line[0], &y, state), zppStatusOk);
-                EXPECT_EQ(pair.setDlyLine(state, otherLine.data()), zppStatusOk);
-                expectHolds(pair, state, otherTaps, otherLine);
-                EXPECT_EQ(pair.setDlyLine(state, nullptr), zppStatusOk);
-                expectHolds(pair, state, otherTaps, std::vector<D>(n));
-
-                const auto before = buffer.values();
-                EXPECT_EQ(pair.free(state), zppStatusOk);
-                EXPECT_TRUE(sameBits(before, buffer.values()));
-                EXPECT_TRUE(buffer.intact() && signal.intact());
-                EXPECT_TRUE(sameBits(rest, std::vector<Zpp8u>(buffer.end() - shift, buffer.end())));
+            for (int spare = 0; spare < 17; ++spare) {
+                Filter<T, D> filter(pair, tapsLen, spare);
+                EXPECT_EQ(reinterpret_cast<std::uintptr_t>(filter.state) % 16, 0u);
+                EXPECT_TRUE(filter.remembers());
+                EXPECT_EQ(filter.renewTaps(6), zppStatusOk);
+                EXPECT_TRUE(filter.remembers());
+                filter.run(signal, true, [n = 0]() mutable { return n++ == 0 ? 4990 : 0; });
+                EXPECT_TRUE(filter.remembers(signal));
+                EXPECT_EQ(pair.setDlyLine(filter.state, nullptr), zppStatusOk);
+                filter.past.assign(filter.past.size(), D{});
+                EXPECT_TRUE(filter.remembers());
             }
     });
 }
 
 TEST_P(FirState, AllocatesAllOrNothing) {
-    const long before = liveBlocks();
     forEachPair([]<class T, class D>(const FirPair<T, D>& pair) {
         for (const int tapsLen : {1, 15, 16, 31, 32, 100, 3000}) {
-            const auto taps = randomElements<T>(static_cast<std::size_t>(tapsLen), 1);
-            const auto line = randomElements<D>(taps.size(), 2);
+            const std::vector<T> taps(static_cast<std::size_t>(tapsLen));
+            const long before = liveBlocks();
             ZppsFIRState* state = nullptr;
-            int failures = 0;
-            for (ZppStatus status = zppStatusError; status != zppStatusOk; ++failures) {
-                const long live = liveBlocks();
-                {
-                    const FailingHeap heap(failures);
-                    status = pair.initAlloc(&state, taps.data(), tapsLen, line.data());
-                }
-                if (status == zppStatusOk) break;
-                EXPECT_EQ(status, zppStatusAllocationFailed);
+            ZppStatus status;
+            int failures = -1;
+            do {
                 EXPECT_EQ(state, nullptr);
-                EXPECT_EQ(liveBlocks(), live);
-                ASSERT_LT(failures, 100);
-            }
+                EXPECT_EQ(liveBlocks(), before);
+                const FailingHeap heap(++failures);
+                status = pair.initAlloc(&state, taps.data(), tapsLen, nullptr);
+            } while (status == zppStatusAllocationFailed && failures < 100);
+            ASSERT_EQ(status, zppStatusOk);
             EXPECT_GE(failures,
                       tapsLen < (pair.kComplex ? 16 : 32) ? 1 : 2);  // with FFT: its specification too
-            expectHolds(pair, state, taps, line);
             EXPECT_EQ(pair.free(state), zppStatusOk);
+            EXPECT_EQ(liveBlocks(), before);
         }
     });
-    EXPECT_EQ(liveBlocks(), before);
 }
 
 TEST_P(FirState, GivesUpTheFftWhenItFails) {
     forEachPair([]<class T, class D>(const FirPair<T, D>& pair) {
-        const auto taps = randomElements<T>(40, 1), otherTaps = randomElements<T>(40, 2);
-        ZppsFIRState* state = nullptr;
-        ASSERT_EQ(pair.initAlloc(&state, taps.data(), 40, nullptr), zppStatusOk);
-        int* spec = specificationOf(state);
-        const int id = *spec;
-        *spec = 0;
-        EXPECT_EQ(pair.setTaps(otherTaps.data(), state), zppStatusContextMismatch);
-        EXPECT_EQ(specificationOf(state), nullptr);
+        Filter<T, D> filter(pair, 40);
+        int* spec = specificationOf(filter.state);
+        const int id = std::exchange(*spec, 0);
+        EXPECT_EQ(filter.renewTaps(6), zppStatusContextMismatch);
+        EXPECT_EQ(specificationOf(filter.state), nullptr);
         *spec = id;  // the state could not release it
         auto* owned = reinterpret_cast<ZppsFFTSpec*>(spec);
         EXPECT_EQ(pair.kComplex ? zppsFFTFree_C_64fc(owned) : zppsFFTFree_R_64f(owned), zppStatusOk);
 
-        std::vector<D> signal = randomElements<D>(1000, 3), y(1000);
-        EXPECT_EQ(pair.filter(signal.data(), y.data(), 1000, state), zppStatusOk);
-        EXPECT_TRUE(Convolution(otherTaps, std::vector<D>(40), signal).isNear(y, 40));
-        EXPECT_EQ(pair.setTaps(taps.data(), state), zppStatusOk);
-        EXPECT_EQ(pair.free(state), zppStatusOk);
+        const auto signal = randomElements<D>(1000, 3);
+        const auto y = filter.run(signal, false, [] { return 1000; });
+        EXPECT_TRUE(Convolution(filter.taps, filter.past, signal).isNear(y));
+        EXPECT_EQ(filter.renewTaps(7), zppStatusOk);
     });
 }
 
