@@ -58,10 +58,7 @@ TEST_P(ConvertFloat, FromIntegers) {
     expectScales(zppsConvert_32s32f_Sfs, ints(), "32s32f_Sfs");
     expectScales(zppsConvert_32s64f_Sfs, ints(), "32s64f_Sfs");
 
-    std::vector<Packed24> packed;
-    for (long x = 0; x < 0x1000000; x += 331) packed.push_back(Packed24::of(x));
-    packed.push_back(Packed24::of(0x7FFFFF));
-    packed.push_back(Packed24::of(0x800000));
+    const auto packed = packedValues();
     const auto asSigned = [](Packed24 x) { return static_cast<Zpp32f>(x.asSigned()); };
     const auto asUnsigned = [](Packed24 x) { return static_cast<Zpp32f>(x.asUnsigned()); };
     expectConverts(zppsConvert_24s32f, packed, mapped(packed, asSigned), "24s32f");

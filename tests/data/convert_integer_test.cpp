@@ -19,12 +19,6 @@ std::vector<T> words() {
     return values;
 }
 
-std::vector<Packed24> packedValues() {
-    std::vector<Packed24> values = {{{0xFF, 0xFF, 0x80}}, {{0xFF, 0xFF, 0x7F}}, {{0, 0, 0x80}}};
-    for (long x = 0; x < 0x1000000; x += 97) values.push_back(Packed24::of(x));
-    return values;
-}
-
 TEST_P(ConvertInteger, Widens) {
     const auto bytes = everyValue<Zpp8s>();
     expectConverts(zppsConvert_8s16s, bytes, mapped(bytes, [](Zpp8s x) -> Zpp16s { return x; }), "8s16s");

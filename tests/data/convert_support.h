@@ -77,6 +77,12 @@ std::vector<T> everyValue() {
     return values;
 }
 
+inline std::vector<Packed24> packedValues() {
+    std::vector<Packed24> values = {{{0xFF, 0xFF, 0x80}}, {{0xFF, 0xFF, 0x7F}}, {{0, 0, 0x80}}};
+    for (long x = 0; x < 0x1000000; x += 97) values.push_back(Packed24::of(x));
+    return values;
+}
+
 // y rounded in the mode (zppRoundNear: to nearest, ties to even) and saturated; a NaN gives the lower bound.
 inline long rounded(long double y, ZppRoundMode mode, long lower, long upper) {
     if (!(y > static_cast<long double>(lower))) return lower;

@@ -15,86 +15,64 @@ struct Functions {
     ZppStatus (*oneInPlace)(T*, const T*, int, T*, int*);
 };
 
+// Calls check(functions, 0) for real and complex numbers.
 template <class Check>
 void forBothTypes(Check check) {
-    check(Functions<Zpp64f>{zppsFIR_Direct_64f, zppsFIR_Direct_64f_I, zppsFIROne_Direct_64f,
-                            zppsFIROne_Direct_64f_I},
-          Zpp64f{});
-    check(Functions<Zpp64fc>{zppsFIR_Direct_64fc, zppsFIR_Direct_64fc_I, zppsFIROne_Direct_64fc,
-                             zppsFIROne_Direct_64fc_I},
-          Zpp64fc{});
+#define FUNCTIONS(T, x) \
+    Functions<T>{zppsFIR_Direct##x, zppsFIR_Direct##x##_I, zppsFIROne_Direct##x, zppsFIROne_Direct##x##_I}
+    check(FUNCTIONS(Zpp64f, _64f), Zpp64f{});
+    check(FUNCTIONS(Zpp64fc, _64fc), Zpp64fc{});
+#undef FUNCTIONS
+}
+
+// The doubled delay line that holds the last tapsLen samples, the oldest of them at `index`.
+template <class T>
+std::vector<T> delayLine(const std::vector<T>& samples, std::size_t tapsLen, std::size_t index) {
+    std::vector<T> line(2 * tapsLen);
+    for (std::size_t j = 0; j < tapsLen; ++j) {
+        const std::size_t place = (index + j) % tapsLen;
+        line[place] = line[place + tapsLen] = samples[samples.size() - tapsLen + j];
+    }
+    return line;
 }
 
 enum Form { kBlock, kBlockInPlace, kOne, kOneInPlace };
 
-// One filter with its doubled delay line, whose oldest sample, the last of `past`, stands at `index`.
-template <class T>
-struct DirectFilter {
-    Guarded<T> taps;
-    std::vector<T> past;
-    Guarded<T> line;
-    int index;
-
-    DirectFilter(std::size_t tapsLen, int start)
-        : taps(randomElements<T>(tapsLen, 1)),
-          past(randomElements<T>(tapsLen, 2)),
-          line(2 * tapsLen),
-          index(start) {
-        for (std::size_t j = 0; j < tapsLen; ++j)
-            line[(index + j) % tapsLen] = line[(index + j) % tapsLen + tapsLen] = past[tapsLen - 1 - j];
-    }
-
-    void run(const Functions<T>& f, Form form, Guarded<T>& src, Guarded<T>& dst) {
-        const int n = src.len(), len = taps.len();
-        if (form == kBlock)
-            EXPECT_EQ(f.filter(src, dst, n, taps, len, line, &index), zppStatusOk);
-        else if (form == kBlockInPlace)
-            EXPECT_EQ(f.filterInPlace(dst, n, taps, len, line, &index), zppStatusOk);
-        else
-            for (int i = 0; i < n; ++i)
-                EXPECT_EQ(form == kOne ? f.one(src[i], dst + i, taps, len, line, &index)
-                                       : f.oneInPlace(dst + i, taps, len, line, &index),
-                          zppStatusOk);
-    }
-
-    // Whether both copies of the delay line follow the past and this signal, from the right index on.
-    testing::AssertionResult remembers(const std::vector<T>& signal, int start) const {
-        const std::size_t len = past.size();
-        if (static_cast<std::size_t>(index) != (static_cast<std::size_t>(start) + signal.size()) % len)
-            return testing::AssertionFailure() << "index " << index;
-        std::vector<T> all(past.rbegin(), past.rend()), expected(2 * len);
-        all.insert(all.end(), signal.begin(), signal.end());
-        for (std::size_t j = 0; j < len; ++j) {
-            const std::size_t place = (static_cast<std::size_t>(index) + j) % len;
-            expected[place] = expected[place + len] = all[signal.size() + j];
-        }
-        return sameBits(expected, line.values());
-    }
-};
-
 TEST_P(FirDirect, IsTheConvolutionSum) {
-    forBothTypes([](const auto& functions, auto zero) {
+    forBothTypes([](const auto& f, auto zero) {
         using T = decltype(zero);
         for (const std::size_t tapsLen : {1, 2, 3, 8, 13, 31, 64, 500, 1030})
             for (const std::size_t len : {1, 3, 4, 5, 17, 64, 65, 2500}) {
-                const auto signal = randomElements<T>(len, 3);
-                for (const std::size_t start : {std::size_t{0}, tapsLen / 2, tapsLen - 1}) {
-                    const int index = static_cast<int>(start);
-                    const Convolution expected = [&] {
-                        const DirectFilter<T> filter(tapsLen, index);
-                        return Convolution(filter.taps.values(), filter.past, signal);
-                    }();
+                Guarded<T> taps(randomElements<T>(tapsLen, 1)), src(randomElements<T>(len, 3));
+                const auto past = randomElements<T>(tapsLen, 2), signal = src.values();
+                const std::vector<T> before(past.rbegin(), past.rend());
+                auto all = before;
+                all.insert(all.end(), signal.begin(), signal.end());
+                const Convolution expected(taps.values(), past, signal);
+                for (const std::size_t start : {std::size_t{0}, tapsLen / 2, tapsLen - 1})
                     for (const Form form : {kBlock, kBlockInPlace, kOne, kOneInPlace}) {
-                        DirectFilter<T> filter(tapsLen, index);
-                        Guarded<T> src(signal), dst(signal);
-                        filter.run(functions, form, src, dst);
-                        EXPECT_TRUE(expected.isNear(dst.values()))
-                            << tapsLen << " taps, " << len << ", form " << form;
-                        EXPECT_TRUE(filter.remembers(signal, index))
-                            << tapsLen << " taps, " << len << ", form " << form;
-                        EXPECT_TRUE(dst.intact() && filter.line.intact());
+                        SCOPED_TRACE(testing::Message() << tapsLen << " taps, " << len << ", form " << form);
+                        Guarded<T> dst(signal);
+                        Guarded<T> line(delayLine(before, tapsLen, start));
+                        int index = static_cast<int>(start);
+                        if (form == kBlock)
+                            EXPECT_EQ(f.filter(src, dst, src.len(), taps, taps.len(), line, &index),
+                                      zppStatusOk);
+                        else if (form == kBlockInPlace)
+                            EXPECT_EQ(f.filterInPlace(dst, src.len(), taps, taps.len(), line, &index),
+                                      zppStatusOk);
+                        else
+                            for (int i = 0; i < src.len(); ++i)
+                                EXPECT_EQ(form == kOne
+                                              ? f.one(src[i], dst + i, taps, taps.len(), line, &index)
+                                              : f.oneInPlace(dst + i, taps, taps.len(), line, &index),
+                                          zppStatusOk);
+                        EXPECT_TRUE(expected.isNear(dst.values()));
+                        const std::size_t end = (start + len) % tapsLen;
+                        EXPECT_EQ(index, static_cast<int>(end));
+                        EXPECT_TRUE(sameBits(delayLine(all, tapsLen, end), line.values()));
+                        EXPECT_TRUE(dst.intact() && line.intact());
                     }
-                }
             }
     });
 }
