@@ -12,10 +12,6 @@ constexpr int kScaleFactors[] = {0,    1,    2,    5,    8,    15,   23,    24, 
                                  2022, -1,   -8,   -20,  -31,  -64,  -96,   -97,   -98,   -126,    -127,
                                  -128, -129, -200, -991, -992, -993, -1000, -1023, -1024, INT_MAX, INT_MIN};
 
-template <class Call>
-auto withFactor(Call call, int factor) {
-    return [=](auto* src, auto* dst, int len) { return call(src, dst, len, factor); };
-}
 std::vector<Zpp32s> ints() {
     auto values = Random(2).patterns<Zpp32s>(2000);
     for (std::size_t i = 0; i < values.size(); ++i) values[i] >>= i % 32;

@@ -52,9 +52,6 @@ TEST_P(ConvertInteger, ScalesRoundsAndSaturates) {
         mapped(ints, [](Zpp32s x) { return static_cast<Zpp16s>(scaled(x, 0, 0, -32768, 32767)); });
     expectConverts(zppsConvert_32s16s, ints, plain, "32s16s");
     for (const int factor : kScaleFactors) {
-        const auto with = [=](auto convert) {
-            return [=](auto* src, auto* dst, int len) { return convert(src, dst, len, factor); };
-        };
         const auto to16s = [=](Zpp32s x) {
             return static_cast<Zpp16s>(scaled(x, factor, -15, -32768, 32767));
         };
@@ -64,35 +61,10 @@ TEST_P(ConvertInteger, ScalesRoundsAndSaturates) {
             return Packed24::of(scaled(x, factor, -31, -8388608, 8388607));
         };
         const auto to24u = [=](Zpp32u x) { return Packed24::of(scaled(x, factor, -31, 0, 16777215)); };
-        expectScaled(with(zppsConvert_32s16s_Sfs), ints, mapped(ints, to16s), "32s16s", factor);
-        expectScaled(with(zppsConvert_32s24s_Sfs), ints, mapped(ints, to24s), "32s24s", factor);
-        expectScaled(with(zppsConvert_32u24u_Sfs), unsignedInts, mapped(unsignedInts, to24u), "32u24u",
-                     factor);
-    }
-}
-
-// Results worked out by hand.
-TEST_P(ConvertInteger, KnownResults) {
-    const struct {
-        Zpp32s x;
-        int scaleFactor;
-        long to16s, to24s;
-    } cases[] = {
-        {5, 1, 2, 2},
-        {7, 1, 4, 4},
-        {-1, 1, 0, 0},
-        {1, -20, 32767, 1048576},
-        {1, -40, 32767, 8388607},
-        {-1, -15, -32768, -32768},
-        {INT_MIN, 99, -1, -1},
-    };
-    for (const auto& c : cases) {
-        Zpp16s word;
-        Packed24 packed;
-        EXPECT_EQ(zppsConvert_32s16s_Sfs(&c.x, &word, 1, c.scaleFactor), zppStatusOk);
-        EXPECT_EQ(zppsConvert_32s24s_Sfs(&c.x, raw(&packed), 1, c.scaleFactor), zppStatusOk);
-        EXPECT_EQ(word, c.to16s) << c.x << ", " << c.scaleFactor;
-        EXPECT_EQ(packed.asSigned(), c.to24s) << c.x << ", " << c.scaleFactor;
+        expectScaled(withFactor(zppsConvert_32s16s_Sfs, factor), ints, mapped(ints, to16s), "32s16s", factor);
+        expectScaled(withFactor(zppsConvert_32s24s_Sfs, factor), ints, mapped(ints, to24s), "32s24s", factor);
+        expectScaled(withFactor(zppsConvert_32u24u_Sfs, factor), unsignedInts, mapped(unsignedInts, to24u),
+                     "32u24u", factor);
     }
 }
 

@@ -90,6 +90,12 @@ inline long rounded(long double y, ZppRoundMode mode, long lower, long upper) {
     return static_cast<long>(mode == zppRoundNear ? std::nearbyint(y) : std::trunc(y));
 }
 
+// A conversion with its scale factor.
+template <class Call>
+auto withFactor(Call call, int factor) {
+    return [=](auto* src, auto* dst, int len) { return call(src, dst, len, factor); };
+}
+
 // expectConverts at every length for the scale factors that choose between loops.
 template <class D, class S, class Call>
 void expectScaled(const Call& call, const std::vector<S>& values, const std::vector<D>& expected,
