@@ -35,11 +35,6 @@ class Random {
         for (double& x : values) x = uniform(low, high);
         return values;
     }
-    std::vector<Zpp64fc> complexes(std::size_t n) {
-        std::vector<Zpp64fc> values(n);
-        for (Zpp64fc& x : values) x = {uniform(), uniform()};
-        return values;
-    }
     // Any bit patterns.
     template <class T>
     std::vector<T> patterns(std::size_t n) {
