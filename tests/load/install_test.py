@@ -1,6 +1,8 @@
 """Installs the library into a prefix, moves the prefix, and builds and runs programs of the consumer folder with it.
 
     install_test.py CMAKE SOURCE BINARY VERSION C_COMPILER CXX_COMPILER [C and C++ flags]
+
+RUNNER in the environment is the command that runs programs of Windows, a list of CMake.
 """
 import os
 import shutil
@@ -11,6 +13,10 @@ import tempfile
 CMAKE, SOURCE, BINARY, VERSION, C, CXX, *FLAGS = sys.argv[1:]
 FLAGS = " ".join(FLAGS).split()
 CONSUMER = os.path.join(SOURCE, "tests", "load", "consumer")
+RUNNER = [word for word in os.environ.get("RUNNER", "").split(";") if word]
+WINDOWS = bool(RUNNER)
+SUFFIX = ".exe" if WINDOWS else ""
+STATIC = ["-static-libgcc", "-static-libstdc++", "-Wl,-Bstatic"] if WINDOWS else []  # the libraries of the compiler
 STRICT = ["-pedantic-errors", "-Wall", "-Wextra", "-Werror"]
 
 
@@ -23,7 +29,7 @@ def run(*command, **environment):
 
 
 def runs_right(program):
-    out = run(program)
+    out = run(*RUNNER, program)
     if "consumer: right v4.0" not in out:
         sys.exit(f"{program}: {out}")
     print(f"{os.path.basename(program)}: {out.strip()}")
@@ -37,6 +43,13 @@ def check_files(prefix):
     found = files(os.path.join(prefix, "include"))
     if not expected or found != expected:
         sys.exit(f"headers: {sorted(found ^ expected)}")
+    if WINDOWS:
+        places = [os.path.relpath(os.path.join(where, name), prefix) for where, _, names in os.walk(prefix)
+                  for name in names if "zpp.dll" in name]
+        if sorted(places) != ["bin/zpp.dll", "lib/libzpp.dll.a"]:
+            sys.exit(f"library: {places}")
+        print(f"{len(found)} headers; {' '.join(places)}")
+        return
     library = [where for where, _, names in os.walk(prefix) if "libzpp.so" in names]
     major = VERSION.split(".")[0]
     links = [os.path.join(*library, name) for name in ("libzpp.so", f"libzpp.so.{major}")]
@@ -46,15 +59,23 @@ def check_files(prefix):
     print(f"{len(found)} headers; libzpp.so -> {' -> '.join(names)}")
 
 
+def beside_the_library(prefix, program):
+    """Where a program finds the library: on Windows, in its own folder."""
+    if WINDOWS:
+        shutil.copy(os.path.join(prefix, "bin", "zpp.dll"), os.path.dirname(program))
+    return program
+
+
 def with_cmake(prefix, build):
+    windows = ["-DCMAKE_SYSTEM_NAME=Windows", "-DCMAKE_EXE_LINKER_FLAGS=-static"] if WINDOWS else []
     out = run(CMAKE, "-S", CONSUMER, "-B", build, "-G", "Ninja" if shutil.which("ninja") else "Unix Makefiles",
               f"-DCMAKE_PREFIX_PATH={prefix}", f"-DCMAKE_C_COMPILER={C}", f"-DCMAKE_CXX_COMPILER={CXX}",
-              f"-DCMAKE_C_FLAGS={' '.join(FLAGS)}", f"-DCMAKE_CXX_FLAGS={' '.join(FLAGS)}")
+              f"-DCMAKE_C_FLAGS={' '.join(FLAGS)}", f"-DCMAKE_CXX_FLAGS={' '.join(FLAGS)}", *windows)
     if f"found zpp {VERSION} in {prefix}" not in out:
         sys.exit(out)
     run(CMAKE, "--build", build)
     for name in ("consumer_c", "consumer_cpp"):
-        runs_right(os.path.join(build, name))
+        runs_right(beside_the_library(prefix, os.path.join(build, name + SUFFIX)))
 
 
 def with_pkg_config(prefix, build, tool):
@@ -65,11 +86,11 @@ def with_pkg_config(prefix, build, tool):
 
     if ask("--modversion") != [VERSION]:
         sys.exit(f"zpp.pc is of version {ask('--modversion')}")
-    libraries = [*ask("--libs"), "-Wl,-rpath," + ask("--variable=libdir")[0]]
+    libraries = ask("--libs") + ([] if WINDOWS else ["-Wl,-rpath," + ask("--variable=libdir")[0]])
     for compiler, standard, source in ((C, "-std=c89", "consumer.c"), (CXX, "-std=c++20", "consumer.cpp")):
-        program = os.path.join(build, f"pkg-config-{source}.out")
-        run(compiler, *FLAGS, standard, *STRICT, os.path.join(CONSUMER, source), *ask("--cflags"), *libraries, "-o", program)
-        runs_right(program)
+        program = os.path.join(build, f"pkg-config-{source}{SUFFIX or '.out'}")
+        run(compiler, *FLAGS, standard, *STRICT, os.path.join(CONSUMER, source), *ask("--cflags"), *libraries, *STATIC, "-o", program)
+        runs_right(beside_the_library(prefix, program))
 
 
 def main():

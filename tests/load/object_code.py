@@ -4,16 +4,23 @@
     object_code.py linkage LIBRARY
     object_code.py objects ARCH BUILD OBJECTS...    of an ISA build, or of the frame: core
 
+TOOLS in the environment is what stands before the names of nm and objdump, for a library of Windows.
 Each check returns its complaints and a line on what it has seen. The tables of instructions are in
 instruction_sets.py; that every check catches what it is for is tested in object_code_test.py.
 """
 import functools
+import os
 import re
 import subprocess
 import sys
 from typing import NamedTuple
 
 import instruction_sets
+
+TOOLS = os.environ.get("TOOLS", "")
+NM, OBJDUMP = TOOLS + "nm", TOOLS + "objdump"
+WINDOWS = "mingw" in TOOLS
+C_PREFIX = "_" if "i686" in TOOLS else ""
 
 
 def output(*command, **options):
@@ -26,7 +33,8 @@ def output(*command, **options):
 def declared(headers, compiler):
     """The functions that a program sees, which must be those of the list mode too."""
     preprocess = [*compiler, "-x", "c", "-E", "-P", f"{headers}/zpp.h"]
-    seen = re.findall(r"^extern [^;(]*?(\w+)\s*\(", output(*preprocess), re.M)
+    prototypes = re.sub(r"__attribute__\(\(\w+\)\)", "", output(*preprocess))  # __cdecl
+    seen = re.findall(r"^extern [^;(]*?(\w+)\s*\(", prototypes, re.M)
     macros = ["-DZPP_LIST(r,n,a)=EXPORT:n", "-DZPP_LIST_SHARED=ZPP_LIST", "-DZPP_LIST_COLUMN=ZPP_LIST"]
     listed = re.findall(r"EXPORT:(\w+)", output(*preprocess, *macros))
     if not seen or seen != listed:
@@ -34,11 +42,25 @@ def declared(headers, compiler):
     return seen
 
 
+def exports_of_dll(library):
+    """(address, size of a stub, name); a DLL says nothing of sizes."""
+    tables = output(OBJDUMP, "-p", library)
+    addresses = dict(re.findall(r"^\s\[ *(\d+)\] \+base\[ *\d+\] +([0-9a-f]+) Export RVA", tables, re.M))
+    names = re.findall(r"^\s\[ *(\d+)\] (\S+)$", tables.partition("[Ordinal/Name Pointer] Table")[2], re.M)
+    faults = [] if len(names) == len(addresses) else [f"{len(addresses)} addresses of {len(names)} names"]
+    return faults, [(int(addresses[index], 16), 16, name) for index, name in names]
+
+
+def exports_of_elf(library):
+    rows = [line.split() for line in output(NM, "-D", "-S", "--defined-only", library).splitlines()]
+    faults = [f"exported, but no function with a size: {' '.join(row)}" for row in rows if len(row) != 4 or row[2] != "T"]
+    return faults, [(int(row[0], 16), int(row[1], 16), row[3]) for row in rows if len(row) == 4]
+
+
 def check_exports(library, expected):
     """Exactly the expected functions, as stubs of 16 bytes one behind the other in the expected order."""
-    rows = [line.split() for line in output("nm", "-D", "-S", "--defined-only", library).splitlines()]
-    faults = [f"exported, but no function with a size: {' '.join(row)}" for row in rows if len(row) != 4 or row[2] != "T"]
-    stubs = sorted((int(row[0], 16), int(row[1], 16), row[3]) for row in rows if len(row) == 4)
+    faults, stubs = (exports_of_dll if WINDOWS else exports_of_elf)(library)
+    stubs.sort()
     exported = [name for _, _, name in stubs]
     faults += [f"exported, but not declared: {name}" for name in sorted(set(exported) - set(expected))]
     faults += [f"declared, but not exported: {name}" for name in sorted(set(expected) - set(exported))]
@@ -58,11 +80,11 @@ FINALISERS = {"__do_global_dtors_aux"}  # the compiler's own, as frame_dummy is
 
 def pointers(library, section):
     """The functions that an array of pointers of the unrelocated file names."""
-    width = 8 if "elf64" in output("objdump", "-f", library) else 4
+    width = 8 if "elf64" in output(OBJDUMP, "-f", library) else 4
     dump = output("readelf", "-x", section, library)
     data = bytes.fromhex("".join(re.findall(r"^  0x[0-9a-f]+ ((?:[0-9a-f]{2,8} ?){1,4})", dump, re.M)).replace(" ", ""))
     names = {}
-    for line in output("nm", "-C", "--defined-only", library).splitlines():
+    for line in output(NM, "-C", "--defined-only", library).splitlines():
         address, kind, name = line.split(" ", 2)
         if kind in "tT":
             names[int(address, 16)] = name
@@ -70,7 +92,24 @@ def pointers(library, section):
     return [names.get(entry, hex(entry)) for entry in entries]
 
 
+SYSTEM_DLLS = {"KERNEL32.dll", "USER32.dll", "msvcrt.dll"}
+
+
+def check_dll_linkage(library):
+    """Needs system libraries alone, and can be loaded anywhere, with no code that can be written to."""
+    headers = output(OBJDUMP, "-p", library)
+    needed = re.findall(r"DLL Name: (\S+)", headers)
+    faults = [f"needs {name}" for name in needed if name not in SYSTEM_DLLS]
+    faults += [] if re.search(r"^\s+DYNAMIC_BASE", headers, re.M) else ["cannot be loaded at another address"]
+    faults += [] if re.search(r"^\s+NX_COMPAT", headers, re.M) else ["wants to run data"]
+    name = re.search(r"^Name\s+\S+ (\S+)$", headers, re.M)
+    faults += [] if name and name.group(1) == "zpp.dll" else [f"is named {name and name.group(1)}"]
+    return faults, f"needs {' '.join(needed)}"
+
+
 def check_linkage(library):
+    if WINDOWS:
+        return check_dll_linkage(library)
     dynamic = output("readelf", "-dW", library)
     needed = re.findall(r"\(NEEDED\).*\[(.*)\]", dynamic)
     faults = [f"needs {name}" for name in needed if not NEEDED.fullmatch(name)]
@@ -90,7 +129,7 @@ def check_linkage(library):
     faults += [f"runs at unload: {name}" for name in ended if name not in FINALISERS]
     if len(started) != len(set(started)) or "zpp::(anonymous namespace)::attach()" not in started:
         faults.append(f"the load routine does not run just once: {started}")
-    undefined = [line.split()[-1] for line in output("nm", "-D", "--undefined-only", library).splitlines()]
+    undefined = [line.split()[-1] for line in output(NM, "-D", "--undefined-only", library).splitlines()]
     faults += [f"takes from elsewhere: {name}" for name in undefined
                if "@GLIBC_" not in name and name not in ("__gmon_start__", "_ITM_deregisterTMCloneTable",
                                                          "_ITM_registerTMCloneTable", "__cxa_finalize")]
@@ -107,8 +146,9 @@ def check_symbols(isa, objects):
     thunk = re.compile(r"__x86\.get_pc_thunk\.\w+|DW\.ref\.\w+")  # the compiler's, of integer instructions only
     faults, count = [], 0
     for path in objects:
-        for line in output("nm", path).splitlines():
+        for line in output(NM, path).splitlines():
             kind, name = line.split()[-2:]
+            name = name.removeprefix(C_PREFIX)
             if kind == "U":
                 if name.startswith("zpp") or (other.search(name) and not own.match(name)):
                     faults.append(f"{path}: calls out of its build: {name}")
@@ -140,7 +180,7 @@ PREFIX = re.compile(r"^(?:(?:rep\w*|lock|data16|addr16|[c-gs]s|notrack|bnd|rex\S
 def functions(path):
     """(name, instructions) of each function, with the parts that the compiler moved away as functions of their own."""
     found, body = [], None
-    for line in output("objdump", "-drw", path).splitlines():
+    for line in output(OBJDUMP, "-drw", path).splitlines():
         header = re.match(r"[0-9a-f]+ <(.+)>:$", line)
         row = LINE.match(line)
         if header:
@@ -240,12 +280,28 @@ def check_stack(isa, objects):
     return faults, f"{isa}: {count} functions, {realigned} align their stack"
 
 
+def check_moves(isa, objects):
+    """On 64-bit Windows: the compiler takes the stack to be aligned for registers of more than 16 bytes."""
+    rows = [(path, name, it) for path in objects for name, body in functions(path) for it in body
+            if it.mnemonic[0] == "v" and "mov" in it.mnemonic and re.search(r"%[yz]mm", it.operands)]
+    faults = [f"{path}: {name}: {it.address:x}: {it.text()}" for path, name, it in rows if ALIGNED.fullmatch(it.mnemonic)]
+    return faults + ([] if rows else ["no move of a long register"]), f"{isa}: {len(rows)} moves of long registers"
+
+
+def check_constructors(isa, objects):
+    """Nothing runs at load but the routine of the loader."""
+    sections = [(path, name) for path in objects if "attach_elf" not in path
+                for name in re.findall(r"^ *\d+ (\.(?:ctors|init_array|CRT)\S*)", output(OBJDUMP, "-h", path), re.M)]
+    return [f"{path}: runs at load: {name}" for path, name in sections], f"{isa}: no constructors"
+
+
 def check_objects(arch, build, objects):
     isa = f"core-{arch}" if build == "core" else build
-    checks = [check_instructions]
+    checks = [check_instructions, check_constructors]
     checks += [check_symbols] if build != "core" else []
     checks += [check_uppers] if build.startswith("avx") else []
     checks += [check_stack] if arch == "i386" else []
+    checks += [check_moves] if arch == "x86_64" and WINDOWS and build.startswith("avx") else []
     results = [check(isa, objects) for check in checks]
     return [fault for faults, _ in results for fault in faults], "\n".join(summary for _, summary in results)
 

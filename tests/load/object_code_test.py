@@ -37,7 +37,7 @@ NAMED = [("readExtendedControl", "xgetbv"), ("readMxcsrMask", "fxsave (%eax)"), 
 
 TEMPLATE = "template <class T> T twice(T x) { return x + x; }\n"
 SYMBOLS = [  # C++ source, the complaint or nothing
-    (TEMPLATE + "namespace zpp::sse2 { int f(int x) { return twice(x); } }", "visible outside.* W .*twice"),
+    (TEMPLATE + "namespace zpp::sse2 { int f(int x) { return twice(x); } }", "visible outside.* [WT] .*twice"),
     ("namespace zpp::sse2 {" + TEMPLATE + "int f(int x) { return twice(x); } }", None),
     ("int helper() { return 1; } namespace zpp::sse2 { int f() { return helper(); } }", "visible outside.* T .*helper"),
     ("namespace zpp { inline int shared; namespace sse2 { int* f() { return &shared; } } }", "visible outside.*shared"),
@@ -68,6 +68,11 @@ STACK = [
     ("and $-64,%esp\nvmovapd %zmm0,(%esp)\nret", False),
     ("movups %xmm0,(%esp)\naddsd 8(%esp),%xmm0\nmovsd %xmm0,(%esp)\nvaddpd (%esp),%xmm0,%xmm0\nret", False),
 ]
+MOVES = [
+    ("vmovapd %ymm0,32(%rsp)\nret", True),
+    ("vmovdqa64 (%rsp),%zmm0\nret", True),
+    ("vmovupd %ymm0,32(%rsp)\nvmovdqu (%rsp),%ymm1\nvmovaps %xmm6,(%rsp)\nret", False),
+]
 
 STUBS = """.text
 .macro stub name, size
@@ -83,12 +88,25 @@ EXPORTS = [  # source, the declared functions, the complaints
     (STUBS + "stub a 20\nstub b 16", "a b", ["20 bytes: stub of a", "not 16 bytes behind.*: b"]),
     (STUBS + "stub a 16\n.data\n.globl d\n.type d, @object\nd: .long 1\n.size d, 4", "a", ["exported, but no function.* d", ".*not declared: d"]),
 ]
+if object_code.WINDOWS:
+    SYMBOL = object_code.C_PREFIX + "\\name"
+    STUBS = f""".macro stub name, size
+.text\n.globl {SYMBOL}\n{SYMBOL}: .zero \\size
+.section .drectve, "yn"\n.ascii " -export:\\name"
+.endm
+.text\n.p2align 4
+"""
+    EXPORTS = [(STUBS + source.partition(".p2align 4\n")[2], *rest) for source, *rest in EXPORTS[:4]]
 LINKAGE = "#include <new>\nint* p; extern int other; __attribute__((constructor)) void early() { p = new int[9]; }\n" \
           'asm(".pushsection .text\\n.long 0, 0\\n.%s other\\n.popsection");' % ("long" if ARCH == "i386" else "quad")
 LINKAGE_FLAGS = ["-shared", "-fPIC", "-fvisibility=hidden", "-Wl,-z,execstack,-z,notext,-rpath,/lib,-soname,libbad.so", "-w"]
 LINKAGE_FAULTS = ["needs libstdc.*", "soname.*libbad.*", "has TEXTREL", "has R(UN)?PATH", "GNU_STACK segment is RWE",
                   "runs at load: early.*", "the load routine does not run.*", "takes from elsewhere: _Zna[jm].*",
                   "takes from elsewhere: other"]
+if object_code.WINDOWS:
+    LINKAGE = '#include <winsock2.h>\nextern "C" __declspec(dllexport) int bad() { return closesocket(1); }'
+    LINKAGE_FLAGS = ["-shared", "-lws2_32", "-Wl,--disable-dynamicbase,--disable-nxcompat"]
+    LINKAGE_FAULTS = ["needs WS2_32.dll", "cannot be loaded at another address", "wants to run data", "is named .*"]
 
 
 def make(language, source, *flags, suffix="o"):
@@ -109,8 +127,7 @@ def main():
 
     def refusals(check, subject, bodies):
         """For each function body the complaints of the check, all in one object."""
-        source = "".join(f".globl {name}\n.type {name}, @function\n{name}:\n{body}\n.size {name}, . - {name}\n"
-                         for name, body in bodies)
+        source = "".join(f".globl {name}\n{name}:\n{body}\n" for name, body in bodies)
         path = make("assembler", source)
         faults, _ = check(subject, (path,))
         return [[fault for fault in faults if fault.startswith(f"{path}: {name}: ")] for name, _ in bodies]
@@ -131,6 +148,10 @@ def main():
     expect_refusals(object_code.check_uppers, "avx2", UPPERS)
     if ARCH == "i386":
         expect_refusals(object_code.check_stack, "sse2", STACK)
+    elif object_code.WINDOWS:
+        expect_refusals(object_code.check_moves, "avx2", MOVES)
+    faults, _ = object_code.check_constructors("sse2", [make("c++", "int f(); int x = f();")])
+    expect("constructors", faults and all("runs at load" in fault for fault in faults), faults)
     for source, complaint in SYMBOLS:
         faults, _ = object_code.check_symbols("sse2", [make("c++", source, "-c", "-std=c++20", "-fno-threadsafe-statics")])
         right = not faults if complaint is None else faults and all(re.search(complaint, fault) for fault in faults)
