@@ -207,6 +207,7 @@ double worstError(const Transform& t, const Example& e, const std::vector<Zpp64f
         if (t.inverse) expected = std::conj(expected);
         if (t.kind.real && t.inverse) expected = e.signal[k].re * static_cast<long double>(n);
         const Exact error = expected * static_cast<long double>(scale) - Exact{result[k].re, result[k].im};
+        if (std::isnan(std::abs(error))) return NAN;  // std::max would lose it
         worst = std::max(worst, static_cast<double>(std::abs(error)));
     }
     return worst / (scale * (t.kind.real && t.inverse ? static_cast<double>(n) : e.largest));
