@@ -143,7 +143,9 @@ long toInteger(S x, S multiplier, ZppRoundMode mode, long lower, long upper) {
 }
 template <class S>
 S multiplierOf(int factor) {
-    return std::ldexp(S{1}, exponentOf(factor));
+    // In memory, for a C library may return it in an x87 register, beyond the range of S.
+    const volatile S multiplier = std::ldexp(S{1}, exponentOf(factor));
+    return multiplier;
 }
 
 template <class S, class D>

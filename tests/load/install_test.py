@@ -2,7 +2,7 @@
 
     install_test.py CMAKE SOURCE BINARY VERSION C_COMPILER CXX_COMPILER [C and C++ flags]
 
-RUNNER in the environment is the command that runs programs of Windows, a list of CMake.
+RUNNER in the environment is the command that runs programs of Windows, its words separated by bars.
 """
 import os
 import shutil
@@ -13,7 +13,7 @@ import tempfile
 CMAKE, SOURCE, BINARY, VERSION, C, CXX, *FLAGS = sys.argv[1:]
 FLAGS = " ".join(FLAGS).split()
 CONSUMER = os.path.join(SOURCE, "tests", "load", "consumer")
-RUNNER = [word for word in os.environ.get("RUNNER", "").split(";") if word]
+RUNNER = [word for word in os.environ.get("RUNNER", "").split("|") if word]
 WINDOWS = bool(RUNNER)
 SUFFIX = ".exe" if WINDOWS else ""
 STATIC = ["-static-libgcc", "-static-libstdc++", "-Wl,-Bstatic"] if WINDOWS else []  # the libraries of the compiler
