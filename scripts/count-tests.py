@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
-"""Counts the tests of a run: count-tests.py BUILD_DIRECTORY...
+"""Counts the tests of a run: count-tests.py [--skipped="TARGET: REASON"] BUILD_DIRECTORY...
 
-Reads ctest.xml (from ctest --output-junit) and tests/unit.xml (from GoogleTest) of each directory; prints a table of
-the unit tests by target, column and ISA build, and as the last line the sum of all. Exits with 1 where a test failed,
-or where a directory has no result.
+Reads ctest.xml (from ctest --output-junit) and the results that GoogleTest wrote beside the tests, tests/NAME.xml for
+the ctest entry NAME, of each directory; prints a table by target, run, and column and ISA build (of entries without
+such results, their kind), and as the last line the sum of all. A skipped target counts as one test. Exits with 1 where a test failed, or where a directory
+has no result of ctest or of the entry "unit".
 """
 import collections
 import pathlib
@@ -28,9 +29,9 @@ def binding(case):
     return match.group(1) if match else "(none)"
 
 
-def read(path, rows, row):
+def read(path, rows, row, elsewhere=()):
     for case in xml.parse(path).getroot().iter("testcase"):
-        if case.get("name") == "unit":  # counted by its own cases
+        if case.get("name") in elsewhere:  # counted by its own cases
             continue
         result = outcome(case)
         rows[row(case)][result] += 1
@@ -40,23 +41,31 @@ def read(path, rows, row):
             print(f"{path}: skipped {case.get('name')}: {' '.join((reason or said).split())}")
 
 
-def main(directories):
+def main(arguments):
     rows = collections.defaultdict(collections.Counter)
+    reasons = [argument.removeprefix("--skipped=") for argument in arguments if argument.startswith("--skipped=")]
+    directories = [argument for argument in arguments if not argument.startswith("--skipped=")]
+    for reason in reasons:
+        rows[reason.partition(":")[0], "all tests", ""]["skipped"] += 1
     complete = True
     for directory in map(pathlib.Path, directories):
-        unit, ctest = directory / "tests/unit.xml", directory / "ctest.xml"
-        if not ctest.exists() and not unit.exists():
+        ctest, runs = directory / "ctest.xml", sorted(directory.glob("tests/*.xml"))
+        if not ctest.exists() and not runs:
             continue  # a build without tests
-        for path, row in ((unit, binding), (ctest, lambda case: re.split(r"[._]", case.get("name"))[0])):
-            if path.exists():
-                read(path, rows, lambda case: (directory.name, row(case)))
-            else:
+        for path in (directory / "tests/unit.xml", ctest):
+            if not path.exists():
                 print(f"{path}: no result")
                 complete = False
+        for run in runs:
+            read(run, rows, lambda case: (directory.name, run.stem, binding(case)))
+        if ctest.exists():
+            read(ctest, rows, lambda case: (directory.name, "ctest", re.split(r"[._]", case.get("name"))[0]),
+                 [run.stem for run in runs])
     total = sum(rows.values(), collections.Counter())
-    print(f"{'target':24}{'tests':16}" + "".join(f"{name:>9}" for name in OUTCOMES))
-    for (target, tests), counts in rows.items():
-        print(f"{target:24}{tests:16}" + "".join(f"{counts[name]:9}" for name in OUTCOMES))
+    print(f"{'target':24}{'run':20}{'tests':12}" + "".join(f"{name:>9}" for name in OUTCOMES))
+    for (target, run, tests), counts in rows.items():
+        print(f"{target:24}{run:20}{tests:12}" + "".join(f"{counts[name]:9}" for name in OUTCOMES))
+    print(*reasons, sep="\n", end="\n" if reasons else "")
     print("{passed} passed, {failed} failed, {skipped} skipped".format_map(total))
     return 0 if complete and total["passed"] and not total["failed"] else 1
 

@@ -38,7 +38,7 @@ while [ $# -gt 0 ]; do
     shift 2
 done
 
-install_packages g++ g++-multilib cmake ninja-build pkg-config libgtest-dev libgmock-dev python3 binutils \
+install_packages g++ g++-multilib cmake ninja-build pkg-config libgtest-dev python3 binutils \
     bochs bochs-term bochsbios vgabios isolinux syslinux-common xorriso cpio || exit 1
 
 machine=build/avx512
