@@ -6,6 +6,7 @@
 #include "tests/support/compare.h"
 #include "tests/support/guarded.h"
 #include "tests/support/random.h"
+#include "tests/support/rounded.h"
 
 namespace zpp::test {
 namespace {
@@ -57,21 +58,19 @@ std::vector<T> drawVector(Random& random, int len) {
 
 double signedInfinity(double a) { return a > 0 ? kInf : a < 0 ? -kInf : kNan; }
 
-double add(double a, double b) { return a + b; }
-double subtract(double a, double b) { return b - a; }
-double multiply(double a, double b) { return a * b; }
-double divide(double a, double b) { return a == 0 || std::isnan(a) ? signedInfinity(b) : b / a; }
+double subtract(double a, double b) { return difference(b, a); }
+double divide(double a, double b) { return a == 0 || std::isnan(a) ? signedInfinity(b) : quotient(b, a); }
 
-Zpp64fc add(Zpp64fc a, Zpp64fc b) { return {a.re + b.re, a.im + b.im}; }
-Zpp64fc subtract(Zpp64fc a, Zpp64fc b) { return {b.re - a.re, b.im - a.im}; }
-Zpp64fc multiply(Zpp64fc a, Zpp64fc b) { return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re}; }
+Zpp64fc subtract(Zpp64fc a, Zpp64fc b) { return difference(b, a); }
+double squaredNorm(Zpp64fc x) { return sum(product(x.im, x.im), product(x.re, x.re)); }
 Zpp64fc divide(Zpp64fc b, Zpp64fc a) {
-    const double norm = b.im * b.im + b.re * b.re;
+    const double norm = squaredNorm(b);
     if (norm == 0 || std::isnan(norm)) return {signedInfinity(a.re), signedInfinity(a.im)};
-    const double inverse = 1 / norm;
-    return {(a.re * b.re + a.im * b.im) * inverse, (a.im * b.re - a.re * b.im) * inverse};
+    const double inverse = quotient(1, norm);
+    const Zpp64fc scaled = product(a, conjugate(b));
+    return {product(scaled.re, inverse), product(scaled.im, inverse)};
 }
-double multiplyC(double x, double v) { return v == 1 || std::isnan(v) ? x : v == 0 ? 0.0 : x * v; }
+double multiplyC(double x, double v) { return v == 1 || std::isnan(v) ? x : v == 0 ? 0.0 : product(x, v); }
 
 template <class T>
 struct Binary {
@@ -83,20 +82,20 @@ struct Binary {
 };
 
 const Binary<double> kBinary[] = {
-    {"Add_64f", zppsAdd_64f, zppsAdd_64f_I, add},
+    {"Add_64f", zppsAdd_64f, zppsAdd_64f_I, sum},
     {"Sub_64f", zppsSub_64f, zppsSub_64f_I, subtract},
-    {"Mul_64f", zppsMul_64f, zppsMul_64f_I, multiply},
+    {"Mul_64f", zppsMul_64f, zppsMul_64f_I, product},
     {"Div_64f", zppsDiv_64f, zppsDiv_64f_I, divide, true},
 };
 const Binary<Zpp64fc> kComplexBinary[] = {
-    {"Add_64fc", zppsAdd_64fc, zppsAdd_64fc_I, add},
+    {"Add_64fc", zppsAdd_64fc, zppsAdd_64fc_I, sum},
     {"Sub_64fc", zppsSub_64fc, zppsSub_64fc_I, subtract},
-    {"Mul_64fc", zppsMul_64fc, zppsMul_64fc_I, multiply},
+    {"Mul_64fc", zppsMul_64fc, zppsMul_64fc_I, product},
     {"Div_64fc", zppsDiv_64fc, zppsDiv_64fc_I, divide, true},
 };
 
 bool isZeroOrNan(double x) { return x == 0 || std::isnan(x); }
-bool isZeroOrNan(Zpp64fc x) { return isZeroOrNan(x.im * x.im + x.re * x.re); }
+bool isZeroOrNan(Zpp64fc x) { return isZeroOrNan(squaredNorm(x)); }
 
 TEST_P(Floating, VectorWithVector) {
     const auto run = [&]<class T>(const Binary<T>& c) {
@@ -131,17 +130,20 @@ struct WithConstant {
     T (*expected)(T src, T val);
 };
 const WithConstant<double> kWithConstant[] = {
-    {"AddC_64f", zppsAddC_64f, zppsAddC_64f_I, [](double x, double v) { return isZeroOrNan(v) ? x : x + v; }},
-    {"SubC_64f", zppsSubC_64f, zppsSubC_64f_I, [](double x, double v) { return isZeroOrNan(v) ? x : x - v; }},
+    {"AddC_64f", zppsAddC_64f, zppsAddC_64f_I,
+     [](double x, double v) { return isZeroOrNan(v) ? x : sum(x, v); }},
+    {"SubC_64f", zppsSubC_64f, zppsSubC_64f_I,
+     [](double x, double v) { return isZeroOrNan(v) ? x : difference(x, v); }},
     {"SubCRev_64f", zppsSubCRev_64f, zppsSubCRev_64f_I, subtract},
     {"MulC_64f", zppsMulC_64f, zppsMulC_64f_I, multiplyC},
-    {"DivC_64f", zppsDivC_64f, zppsDivC_64f_I, [](double x, double v) { return multiplyC(x, 1 / v); }},
+    {"DivC_64f", zppsDivC_64f, zppsDivC_64f_I,
+     [](double x, double v) { return multiplyC(x, quotient(1, v)); }},
 };
 const WithConstant<Zpp64fc> kWithComplexConstant[] = {
-    {"AddC_64fc", zppsAddC_64fc, zppsAddC_64fc_I, add},
-    {"SubC_64fc", zppsSubC_64fc, zppsSubC_64fc_I, [](Zpp64fc x, Zpp64fc v) { return subtract(v, x); }},
+    {"AddC_64fc", zppsAddC_64fc, zppsAddC_64fc_I, sum},
+    {"SubC_64fc", zppsSubC_64fc, zppsSubC_64fc_I, difference},
     {"SubCRev_64fc", zppsSubCRev_64fc, zppsSubCRev_64fc_I, subtract},
-    {"MulC_64fc", zppsMulC_64fc, zppsMulC_64fc_I, multiply},
+    {"MulC_64fc", zppsMulC_64fc, zppsMulC_64fc_I, product},
     {"DivC_64fc", zppsDivC_64fc, zppsDivC_64fc_I, [](Zpp64fc x, Zpp64fc v) { return divide(v, x); }},
 };
 
@@ -181,11 +183,11 @@ TEST_P(Floating, AddsProducts) {
         Random random(3);
         for (const int len : awkwardLengths()) {
             const auto a = drawVector<T>(random, len), b = drawVector<T>(random, len);
-            auto sum = drawVector<T>(random, len);
-            Guarded<T> src1(a), src2(b), dst(sum);
-            for (std::size_t i = 0; i < a.size(); ++i) sum[i] = add(sum[i], multiply(a[i], b[i]));
+            auto total = drawVector<T>(random, len);
+            Guarded<T> src1(a), src2(b), dst(total);
+            for (std::size_t i = 0; i < a.size(); ++i) total[i] = sum(total[i], product(a[i], b[i]));
             EXPECT_EQ(call(src1, src2, dst, len), zppStatusOk);
-            expectSame(sum, dst, "AddProduct");
+            expectSame(total, dst, "AddProduct");
         }
         EXPECT_EQ(call(nullptr, nullptr, nullptr, 0), zppStatusNullPointer);
     };

@@ -111,7 +111,7 @@ TEST(Cpu, DoesNotReadLeavesThatAreNotThere) {
 TEST(Cpu, ReadsThisProcessor) {
     EXPECT_TRUE(cpuReader.hasCpuid());
     EXPECT_NE(cpuReader.cpuid(0, 0).eax, 0u);
-    EXPECT_TRUE(hasSse());
+    if (!hasSse()) GTEST_SKIP() << "no SSE: its control register's mask was not read";
     EXPECT_EQ(cpuReader.mxcsrMask() & 0x1FBFu, 0x1FBFu);  // the bits that every SSE unit has
 }
 

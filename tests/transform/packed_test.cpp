@@ -2,6 +2,7 @@
 #include "tests/support/compare.h"
 #include "tests/support/guarded.h"
 #include "tests/support/random.h"
+#include "tests/support/rounded.h"
 #include "tests/transform/packed_support.h"
 
 namespace zpp::test {
@@ -10,8 +11,7 @@ namespace {
 class Packed : public BoundTest {};
 ZPP_FOR_ALL_BINDINGS(Packed);
 
-Zpp64fc product(Zpp64fc a, Zpp64fc b) { return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re}; }
-Zpp64fc productConj(Zpp64fc a, Zpp64fc b) { return {a.re * b.re + a.im * b.im, a.im * b.re - a.re * b.im}; }
+Zpp64fc productConj(Zpp64fc a, Zpp64fc b) { return product(a, conjugate(b)); }
 
 using Multiply = ZppStatus (*)(const double*, const double*, double*, int);
 using MultiplyInPlace = ZppStatus (*)(const double*, double*, int);
