@@ -8,7 +8,7 @@
 #define ZPP_USED(use)                                                                            \
     use(zppGetCpuType) use(zppGetStatusString) use(zppsGetLibVersion) use(zppvmGetLibVersion)    \
         use(zppsMalloc_64f) use(zppsFree) use(zppsAdd_64f) use(zppsSubC_64f_I) use(zppsMul_64fc) \
-            use(zppsCopy_8u)
+            use(zppsCopy_8u) use(zppSetFlushToZero) use(zppSetDenormAreZeros)
 
 #define MEMBER(name) __typeof__(name)* name;
 typedef struct {
@@ -56,7 +56,24 @@ static void exerciseLength(const Library* zpp, int len) {
     zpp->zppsFree(a);
 }
 
-/* Prints type and column; returns the exit status of the program. */
+/* Prints what the setters return. A refusal leaves the word alone; else it tells of the mask, which is set when
+ * a process begins. */
+static void exerciseControl(const Library* zpp) {
+    Zpp32u word = 7;
+    const ZppStatus flush = zpp->zppSetFlushToZero(1, &word), denormals = zpp->zppSetDenormAreZeros(1);
+    expect(word == (flush == zppStatusOk ? 0x800 : 7), "word of zppSetFlushToZero", 0);
+    expect(zpp->zppSetFlushToZero(0, &word) == flush && zpp->zppSetDenormAreZeros(0) == denormals,
+           "off as on", 0);
+    expect(word == (flush == zppStatusOk ? 0x800 : 7), "word of zppSetFlushToZero off", 0);
+    printf("flush to zero %d, denormals are zero %d\n", flush, denormals);
+}
+
+static void printVersion(const ZppLibraryVersion* v) {
+    printf("%d.%d.%d.%d %.4s %s %s %s\n", v->major, v->minor, v->majorBuild, v->build, v->targetCpu, v->Name,
+           v->Version, v->BuildDate);
+}
+
+/* Prints type, column and versions; returns the exit status of the program. */
 static int exercise(const Library* zpp) {
     /* Just above the middle of two doubles: rounded to a longer significand first, it becomes the middle. */
     const double one = 1.0, justAboveHalf = 0x1.0000008p-53;
@@ -69,7 +86,10 @@ static int exercise(const Library* zpp) {
     expect(strcmp(zpp->zppGetStatusString(zppStatusOk), "No error, it's OK") == 0, "zppGetStatusString", 0);
     expect(memcmp(zpp->zppsGetLibVersion()->targetCpu, zpp->zppvmGetLibVersion()->targetCpu, 4) == 0,
            "one column for both parts", 0);
-    printf("type %d column %.4s\n", zpp->zppGetCpuType(), zpp->zppsGetLibVersion()->targetCpu);
+    printf("type %d\n", zpp->zppGetCpuType());
+    printVersion(zpp->zppsGetLibVersion());
+    printVersion(zpp->zppvmGetLibVersion());
+    exerciseControl(zpp);
     printf("%d answers, %d wrong\n", answers, wrongAnswers);
     return wrongAnswers != 0;
 }
