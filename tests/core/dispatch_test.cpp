@@ -91,6 +91,26 @@ TEST(Dispatch, LibraryTableIsComplete) {
     EXPECT_TRUE(bindLibrary());
 }
 
+// The steps of the waterfall with the table of the library itself: whatever an incomplete column has left in
+// the slots before its gap, here the last record, the next complete one replaces.
+TEST(Dispatch, LibraryTableFallsBack) {
+    const struct {
+        std::vector<Column> incomplete;
+        Binding expected;
+    } cases[] = {{{}, {kW7, kSse2Isa}}, {{kW7}, {kA6, kSseIsa}}, {{kW7, kA6}, {kPx, bestIsa()}}};
+    for (const auto& c : cases) {
+        std::vector<Record> records(kDispatchTable.records, kDispatchTable.records + kDispatchTable.count);
+        for (const Column column : c.incomplete) records.back().column[column] = nullptr;
+        DispatchTable table = kDispatchTable;
+        table.records = records.data();
+        ASSERT_TRUE(bindTable(table, zppCpuFamily15Sse2Ht, bestIsa()));
+        EXPECT_TRUE(c.expected.isBound()) << c.expected;
+        EXPECT_EQ(zppsGetLibVersion()->targetCpu, c.expected.columnName());
+        EXPECT_EQ(zppvmGetLibVersion()->targetCpu, c.expected.columnName());
+    }
+    EXPECT_TRUE(bindLibrary());
+}
+
 class Version : public BoundTest {};
 ZPP_FOR_ALL_BINDINGS(Version);
 

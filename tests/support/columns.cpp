@@ -23,6 +23,15 @@ void Binding::bind() const {
     if (!fillColumn(kDispatchTable, column, isa)) std::abort();
 }
 
+bool Binding::isBound() const {
+    for (int i = 0; i < kDispatchTable.count; ++i) {
+        const Record& record = kDispatchTable.records[i];
+        if (*record.slot != (column == kPx ? kDispatchTable.builds[isa][i] : record.column[column]))
+            return false;
+    }
+    return true;
+}
+
 const std::vector<Binding>& allBindings() {
     static const std::vector<Binding> bindings = {
 #ifdef __i386__

@@ -16,6 +16,7 @@ struct Binding {
     std::string isaName() const;
     std::string name() const { return columnName() + '_' + isaName(); }  // such as px_avx2
     void bind() const;                                                   // ends the program if it cannot
+    bool isBound() const;  // whether all slots are as bind() makes them
 };
 
 // Every column and ISA build of the target.
