@@ -3,8 +3,8 @@
 
 Reads ctest.xml (from ctest --output-junit) and the results that GoogleTest wrote beside the tests, tests/NAME.xml for
 the ctest entry NAME, of each directory; prints a table by target, run, and column and ISA build (of entries without
-such results, their kind), and as the last line the sum of all. A skipped target counts as one test. Exits with 1 where a test failed, or where a directory
-has no result of ctest or of the entry "unit".
+such results, their kind), and as the last line the sum of all, in which a skipped target counts as one test. Exits with
+1 where a test failed, or where a directory has no result of ctest or of the entry "unit".
 """
 import collections
 import pathlib

@@ -49,7 +49,8 @@ TEST_P(FirDirect, IsTheConvolutionSum) {
                 auto all = before;
                 all.insert(all.end(), signal.begin(), signal.end());
                 const Convolution expected(taps.values(), past, signal);
-                for (const std::size_t start : {std::size_t{0}, tapsLen / 2, tapsLen - 1})
+                for (const std::size_t start : {std::size_t{0}, tapsLen / 2, tapsLen - 1}) {
+                    if (tapsLen > 100 && start != tapsLen / 2) continue;  // the short have gone through all
                     for (const Form form : {kBlock, kBlockInPlace, kOne, kOneInPlace}) {
                         SCOPED_TRACE(testing::Message() << tapsLen << " taps, " << len << ", form " << form);
                         Guarded<T> dst(signal);
@@ -73,6 +74,7 @@ TEST_P(FirDirect, IsTheConvolutionSum) {
                         EXPECT_TRUE(sameBits(delayLine(all, tapsLen, end), line.values()));
                         EXPECT_TRUE(dst.intact() && line.intact());
                     }
+                }
             }
     });
 }

@@ -27,6 +27,8 @@ TEST_P(Fir, IsTheConvolutionSumHoweverSplit) {
             Random random(4);
             for (const int len : {tapsLen > 1000 ? 97 : 1, limit, limit + 1, 1025, 3000, 0})
                 for (const bool inPlace : {false, true}) {
+                    if (tapsLen > 1000 && inPlace == (len % 2 == 0))
+                        continue;  // the short have gone through both
                     const auto nextLen = [&] {
                         return len > 0 ? len : static_cast<int>(1 + random.below(300));
                     };
@@ -73,7 +75,7 @@ TEST_P(Fir, TakesTheFftForBlocksAboveItsLength) {
                           {63, 128, 128},
                           {64, 256, 256},
                           {300, 1024, 1024},
-                          {1500, 4096, 4096}}) {
+                          {600, 2048, 2048}}) {
         forEachPair([&]<class T, class D>(const FirPair<T, D>& pair) {
             SCOPED_TRACE(c.tapsLen);
             const int fftLen = pair.kComplex ? c.complexLen : c.realLen;

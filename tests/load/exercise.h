@@ -56,8 +56,35 @@ static void exerciseLength(const Library* zpp, int len) {
     zpp->zppsFree(a);
 }
 
-/* Prints what the setters return. A refusal leaves the word alone; else it tells of the mask, which is set when
- * a process begins. */
+static void exerciseLengths(const Library* zpp) {
+    int len;
+    for (len = 1; len <= kMaxLen; ++len) exerciseLength(zpp, len);
+}
+
+/* The same for callers that keep the stack aligned to 4 bytes only. */
+static void exerciseOnAnyStack(const Library* zpp) {
+#ifdef __i386__
+    int offset;
+    for (offset = 0; offset < 12; offset += 4) {
+        int gap = offset;
+        __asm__ volatile(
+            "movl %%esp, %%ebx\n\t"
+            "andl $-16, %%esp\n\t"
+            "subl %0, %%esp\n\t"
+            "pushl %1\n\t"
+            "call *%2\n\t"
+            "movl %%ebx, %%esp"
+            : "+a"(gap)
+            : "S"(zpp), "D"(exerciseLengths)
+            : "ebx", "ecx", "edx", "memory", "cc");
+    }
+#else
+    exerciseLengths(zpp);
+#endif
+}
+
+/* Prints what the setters return. A refusal leaves the word alone; else it tells of the mask, which is set
+ * when a process begins. */
 static void exerciseControl(const Library* zpp) {
     Zpp32u word = 7;
     const ZppStatus flush = zpp->zppSetFlushToZero(1, &word), denormals = zpp->zppSetDenormAreZeros(1);
@@ -78,8 +105,7 @@ static int exercise(const Library* zpp) {
     /* Just above the middle of two doubles: rounded to a longer significand first, it becomes the middle. */
     const double one = 1.0, justAboveHalf = 0x1.0000008p-53;
     double sum = 0.0;
-    int len;
-    for (len = 1; len <= kMaxLen; ++len) exerciseLength(zpp, len);
+    exerciseOnAnyStack(zpp);
     expect(zpp->zppsAdd_64f(&one, &justAboveHalf, &sum, 1) == zppStatusOk && sum == 0x1.0000000000001p0,
            "zppsAdd_64f rounds once", 1);
     expect(zpp->zppsAdd_64f(NULL, &one, &sum, 1) == zppStatusNullPointer, "zppsAdd_64f of null", 1);
