@@ -195,23 +195,6 @@ TEST_P(Floating, AddsProducts) {
     run(zppsAddProduct_64fc);
 }
 
-// Results that the x87 unit would get wrong at its usual precision: it rounds them to 64 bits, then to 53.
-TEST_P(Floating, RoundsOnce) {
-    const struct {
-        ZppStatus (*call)(const double*, const double*, double*, int);
-        double a, b, expected;
-    } cases[] = {
-        {zppsAdd_64f, 1, 0x1.0000008p-53, 1 + 0x1p-52},
-        {zppsSub_64f, -0x1.0000008p-53, 1, 1 + 0x1p-52},
-        {zppsMul_64f, 0x1.0000000000001p0, 0x1.7ffffffffffffp0, 0x1.8p0},
-    };
-    for (const auto& c : cases) {
-        double result = 0;
-        EXPECT_EQ(c.call(&c.a, &c.b, &result, 1), zppStatusOk);
-        EXPECT_EQ(result, c.expected);
-    }
-}
-
 TEST_P(Floating, DividesByZero) {
     constexpr std::uint64_t kQuietNan = 0xFFF8000000000000;
     const std::vector<double> divisors = {0, -0.0, 2, 0, kNan, kNan, 0},

@@ -316,24 +316,5 @@ TEST_P(Fft, ChecksTransforms) {
     EXPECT_EQ(zppsFFTFwd_CToC_64fc(x, x, specs[0], buffer.data()), zppStatusOk);
 }
 
-TEST_P(Fft, ReportsFailedAllocations) {
-    const long blocks = liveBlocks();
-    for (const Kind& kind : kKinds)
-        for (const int order : {0, 3, 9, 12, 17, 30}) {
-            ZppsFFTSpec* spec = nullptr;
-            ZppStatus status;
-            int failures = -1;
-            do {
-                EXPECT_EQ(spec, nullptr);
-                EXPECT_EQ(liveBlocks(), blocks) << kind.name << " " << order << " " << failures;
-                const FailingHeap heap(++failures);
-                status = kind.init(&spec, order, 8, 0);
-            } while (status == zppStatusAllocationFailed && failures < 100);
-            ASSERT_EQ(status, zppStatusOk);
-            EXPECT_GE(failures, 1);
-            EXPECT_EQ(kind.free(spec), zppStatusOk);
-        }
-}
-
 }  // namespace
 }  // namespace zpp::test
