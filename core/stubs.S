@@ -30,7 +30,7 @@
 #ifdef __ELF__
 .macro export name, symbol
     .type \symbol, @function
-    .size \symbol, 16
+    .size \symbol, . - \symbol
 .endm
 #else
 /* The linker reads the names to export, undecorated, in this section. */
@@ -45,12 +45,12 @@
 #endif
 
 .macro stub name, symbol
-    export \name, \symbol
     .text
     .p2align 4
     .globl \symbol
 \symbol:
     forward \name
+    export \name, \symbol
     .bss
 zpp_slot_\name:
     .zero POINTER

@@ -8,7 +8,6 @@ wine32_packages=(wine32 libwine libunwind8 liblzma5 libx11-6 libxext6 libxcb1 li
 # Unpacks the 32-bit Wine below build/wine.
 unpack_wine32() {
     local root=$PWD/build/wine/unpacked packages=$PWD/build/wine/packages
-    [ -x "$root/usr/lib/wine/wine" ] && return 0
     install_packages libc6-i386 libz-mingw-w64 || return 1
     rm -rf "$root" "$packages"
     mkdir -p "$packages"
@@ -24,14 +23,23 @@ unpack_wine32() {
     cp /usr/i686-w64-mingw32/lib/zlib1.dll build/wine/i686/drive_c/windows/system32/
 }
 
+bring_wine32() {
+    local log=$1
+    [ -x /usr/lib/wine/wine ] || [ -x build/wine/unpacked/usr/lib/wine/wine ] && return 0
+    install_packages wine32:i386 >"$log" 2>&1 && return 0
+    echo "wine32:i386 cannot be installed here; unpacking it below build/wine" >&2
+    unpack_wine32 >>"$log" 2>&1 && return 0
+    cat "$log" >&2
+    return 1
+}
+
 install_wine() {
     local log=build/wine/install.log
     mkdir -p build/wine
     if [ "$1" = x86_64 ]; then
         install_packages wine64 || return 1
-    elif ! [ -x /usr/lib/wine/wine ] && ! install_packages wine32:i386 >"$log" 2>&1; then
-        echo "wine32:i386 cannot be installed here; unpacking it below build/wine" >&2
-        unpack_wine32 >>"$log" 2>&1 || { cat "$log" >&2; return 1; }
+    else
+        bring_wine32 "$log" || return 1
     fi
     timeout -k 5 120 scripts/wine.sh "$1" cmd /c exit >"$log" 2>&1 </dev/null || { tail -40 "$log" >&2; return 1; }
 }
