@@ -299,7 +299,6 @@ TEST_P(Fft, ChecksTransforms) {
     const Spec specs[] = {Spec(kKinds[0], 11), Spec(kKinds[1], 11), Spec(kKinds[2], 11)};
     Guarded<double> data(4096);
     std::vector<Zpp8u> buffer(specs[0].bufSize());
-    const FailingHeap heap(0);
     for (const Transform& t : kTransforms) {
         EXPECT_EQ(t.runOn(nullptr, nullptr), zppStatusNullPointer) << t.name;
         for (std::size_t i = 0; i < std::size(specs); ++i) {
@@ -307,11 +306,13 @@ TEST_P(Fft, ChecksTransforms) {
             EXPECT_EQ(t.runOn(nullptr, specs[i]), own ? zppStatusNullPointer : zppStatusContextMismatch)
                 << t.name;
             if (own) {
+                const FailingHeap heap(0);
                 EXPECT_EQ(t.runOn(data, specs[i]), zppStatusAllocationFailed) << t.name;
             }
         }
     }
     EXPECT_TRUE(data.untouched());
+    const FailingHeap heap(0);
     auto* x = reinterpret_cast<Zpp64fc*>(data.data());
     EXPECT_EQ(zppsFFTFwd_CToC_64fc(x, x, specs[0], buffer.data()), zppStatusOk);
 }
