@@ -49,14 +49,7 @@ beginFunction zpp_watched_call
     vzeroupper
 1:
     forVectors loadSentinel
-    movq $CALL_SENTINEL + 0, %rbx
-    movq $CALL_SENTINEL + 1, %rbp
-    movq $CALL_SENTINEL + 2, %rdi
-    movq $CALL_SENTINEL + 3, %rsi
-    movq $CALL_SENTINEL + 4, %r12
-    movq $CALL_SENTINEL + 5, %r13
-    movq $CALL_SENTINEL + 6, %r14
-    movq $CALL_SENTINEL + 7, %r15
+    loadSentinels rbx, rbp, rdi, rsi, r12, r13, r14, r15
     .irp i, 0, 1, 2, 3
     movq 8 * \i(%rsp), %xmm\i
     .endr
@@ -68,29 +61,9 @@ beginFunction zpp_watched_call
 
     .globl zpp_abandoned_call
 zpp_abandoned_call:
-    movq block(%rip), %r11
-    movq %rax, CALL_RESULT(%r11)
-    movq %rsp, CALL_STACK_AFTER(%r11)
-    movq CALL_OWN_STACK(%r11), %rsp
-    testb $1, CALL_WATCH(%r11)
-    jz 3f
-    pushfq
-    popq CALL_FLAGS(%r11)
-    cld
-    movq %rbx, CALL_PRESERVED(%r11)
-    movq %rbp, CALL_PRESERVED + 8(%r11)
-    movq %rdi, CALL_PRESERVED + 16(%r11)
-    movq %rsi, CALL_PRESERVED + 24(%r11)
-    movq %r12, CALL_PRESERVED + 32(%r11)
-    movq %r13, CALL_PRESERVED + 40(%r11)
-    movq %r14, CALL_PRESERVED + 48(%r11)
-    movq %r15, CALL_PRESERVED + 56(%r11)
+    noteReturn 3f, rbx, rbp, rdi, rsi, r12, r13, r14, r15
     forVectors storePreserved
-    stmxcsr CALL_MXCSR(%r11)
-    fnstenv CALL_X87(%r11)
-    testb $2, CALL_WATCH(%r11)
-    jz 3f
-    noteUppers %r11, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15
+    noteState 3f
 3:
     forVectors restoreOwn
     addq $168, %rsp
