@@ -87,7 +87,7 @@ TEST_P(ConvertFloat, BetweenPrecisions) {
     for (std::size_t i = 0; i < singles.size(); ++i) {
         const std::uint32_t magnitude = singles[i] & 0x7FFFFFFF;
         if (magnitude >= 0x7F800000) {
-            doubles.push_back(widened[i] & ~0x8000000000001);  // made signalling, where payload remains
+            doubles.push_back(widened[i] & ~0x8000000000001u);  // made signalling, where payload remains
             if (doubles.back() << 12 == 0) doubles.back() = widened[i];
             nearest.push_back(singles[i] | (magnitude > 0x7F800000 ? 0x400000 : 0));
             continue;

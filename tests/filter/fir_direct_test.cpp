@@ -41,8 +41,8 @@ enum Form { kBlock, kBlockInPlace, kOne, kOneInPlace };
 TEST_P(FirDirect, IsTheConvolutionSum) {
     forBothTypes([](const auto& f, auto zero) {
         using T = decltype(zero);
-        for (const std::size_t tapsLen : {1, 2, 3, 8, 13, 31, 64, 500, 1030})
-            for (const std::size_t len : {1, 3, 4, 5, 17, 64, 65, 2500}) {
+        for (const std::size_t tapsLen : {1u, 2u, 3u, 8u, 13u, 31u, 64u, 500u, 1030u})
+            for (const std::size_t len : {1u, 3u, 4u, 5u, 17u, 64u, 65u, 2500u}) {
                 Guarded<T> taps(randomElements<T>(tapsLen, 1)), src(randomElements<T>(len, 3));
                 const auto past = randomElements<T>(tapsLen, 2), signal = src.values();
                 const std::vector<T> before(past.rbegin(), past.rend());

@@ -51,7 +51,7 @@ TEST_P(Fir, MixesBlocksAndSingleSamples) {
             const auto nextLen = [&] {
                 return static_cast<int>(random.below(random.below(8) == 0 ? 500 : 4));
             };
-            for (const std::uint64_t stream : {6, 7}) {
+            for (const std::uint64_t stream : {6u, 7u}) {
                 const auto y = filter.run(signal, false, nextLen);
                 EXPECT_TRUE(Convolution(filter.taps, filter.past, signal).isNearByNorm(y))
                     << tapsLen << " taps";
