@@ -7,6 +7,11 @@
 
 #include "tests/support/binding.h"
 
+#ifdef _WIN32
+#include <windows.h>
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD, LPVOID);
+#endif
+
 namespace zpp::test {
 namespace {
 
@@ -110,6 +115,19 @@ TEST(Dispatch, LibraryTableFallsBack) {
     }
     EXPECT_TRUE(bindLibrary());
 }
+
+#ifdef _WIN32
+TEST(Dispatch, IsLeftAloneByAllButTheAttachOfTheProcess) {
+    const Binding w7 = {kW7, kSse2Isa}, native = {kPx, bestIsa()};
+    w7.bind();
+    for (const DWORD reason : {DLL_THREAD_ATTACH, DLL_THREAD_DETACH, DLL_PROCESS_DETACH}) {
+        EXPECT_TRUE(DllMain(nullptr, reason, nullptr)) << reason;
+        EXPECT_TRUE(w7.isBound()) << reason;
+    }
+    EXPECT_TRUE(DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr));
+    EXPECT_TRUE(native.isBound());
+}
+#endif
 
 class Version : public BoundTest {};
 ZPP_FOR_ALL_BINDINGS(Version);
