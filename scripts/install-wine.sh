@@ -18,9 +18,6 @@ unpack_wine32() {
     done
     rm -rf "$packages"
     mv "$root.part" "$root"
-    # Debian's Wine takes it for user32.dll and others from here.
-    mkdir -p build/wine/i686/drive_c/windows/system32
-    cp /usr/i686-w64-mingw32/lib/zlib1.dll build/wine/i686/drive_c/windows/system32/
 }
 
 bring_wine32() {

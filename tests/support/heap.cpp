@@ -24,7 +24,7 @@ long liveBlocks() { return live; }
 // The linker sends every call of malloc and free in the program here; C++ new and delete are in a library of
 // their own.
 extern "C" void* __wrap_malloc(std::size_t bytes) {
-    if (allocationsLeft != INT_MAX && allocationsLeft-- <= 0) return nullptr;
+    if (allocationsLeft != INT_MAX && allocationsLeft-- == 0) return nullptr;
     void* block = __real_malloc(bytes);
     if (block != nullptr) ++live;
     return block;

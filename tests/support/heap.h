@@ -5,7 +5,7 @@
 
 namespace zpp::test {
 
-// For its life, the library's allocation number `n`, counted from 0, and all that follow fail.
+// For its life, the library's allocation number `n`, counted from 0, fails.
 class FailingHeap {
   public:
     explicit FailingHeap(int n);
