@@ -14,10 +14,10 @@ sentinels:
     .quad CALL_SENTINEL + \i
     .endr
 
-/* \move xmm6 to xmm15 from or to \base. */
-.macro forVectors move
+/* Applies a macro to each of xmm6 to xmm15. */
+.macro forVectors action
     .irp i, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15
-    \move \i
+    \action \i
     .endr
 .endm
 .macro saveOwn i
@@ -26,7 +26,7 @@ sentinels:
 .macro restoreOwn i
     movaps 16 * (\i - 6)(%rsp), %xmm\i
 .endm
-.macro loadSentinel i
+.macro loadVectorSentinel i
     movaps sentinels + 16 * (\i - 6)(%rip), %xmm\i
 .endm
 .macro storePreserved i
@@ -48,7 +48,7 @@ beginFunction zpp_watched_call
     jz 1f
     vzeroupper
 1:
-    forVectors loadSentinel
+    forVectors loadVectorSentinel
     loadSentinels rbx, rbp, rdi, rsi, r12, r13, r14, r15
     .irp i, 0, 1, 2, 3
     movq 8 * \i(%rsp), %xmm\i
