@@ -1,4 +1,5 @@
 // Floating-point elementwise arithmetic.
+#include "arith/exports.h"
 #include "core/checks.h"
 #include "core/loops.h"
 #include "core/move.h"

@@ -58,7 +58,7 @@ bool listed(const char* const (&patterns)[N][2], const std::string& function, co
     return false;
 }
 
-// An export by its name: as in core/dispatch.h, the type is that of the call.
+// An export by its name: as in frame/dispatch.h, the type is that of the call.
 template <class... T>
 ZppStatus call(const std::string& name, T... arguments) {
     const Entry stub = findStub(name);

@@ -7,7 +7,7 @@
 
 #include "check/data.h"
 #include "check/rules.h"
-#include "core/cpu.h"
+#include "frame/cpu.h"
 
 namespace zpp::check {
 

@@ -10,7 +10,7 @@
 #include "check/call.h"
 #include "check/faults.h"
 #include "check/prototype.h"
-#include "core/dispatch.h"
+#include "frame/dispatch.h"
 
 namespace zpp::check {
 

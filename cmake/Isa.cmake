@@ -1,5 +1,5 @@
 # The ISA builds of the target: the family files are compiled once for each, into the namespace of its name.
-# What core/cpu.cpp asks the processor for must cover the flags that stand here.
+# What frame/cpu.cpp asks the processor for must cover the flags that stand here.
 set(ZPP_FLAGS_x87 -march=i586 -mfpmath=387)
 set(ZPP_FLAGS_sse -march=pentium3)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
@@ -20,9 +20,9 @@ if(ZPP_ARCH STREQUAL "i386")
     set(ZPP_FLAGS_sse2 -march=pentium4 -mfpmath=sse)
     list(PREPEND ZPP_FLAGS_avx2 -march=pentium4)
     list(PREPEND ZPP_FLAGS_avx512 -march=pentium4)
-    set(ZPP_FLAGS_core -march=i586 -mfpmath=387)
+    set(ZPP_FLAGS_frame -march=i586 -mfpmath=387)
 else()
     set(ZPP_ISAS sse2 avx2 avx512)
     set(ZPP_FLAGS_sse2)
-    set(ZPP_FLAGS_core)
+    set(ZPP_FLAGS_frame)
 endif()

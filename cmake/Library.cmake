@@ -1,19 +1,19 @@
 # The library: the frame, compiled once, and the family files, compiled for each ISA build. The objects are also what
 # the unit tests link, so that they reach the internal seams.
-file(GLOB ZPP_CORE_SOURCES CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} core/*.cpp core/*.S)
+file(GLOB ZPP_FRAME_SOURCES CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} frame/*.cpp frame/*.S)
 if(WIN32)
-    list(REMOVE_ITEM ZPP_CORE_SOURCES core/attach_elf.cpp)
+    list(REMOVE_ITEM ZPP_FRAME_SOURCES frame/attach_elf.cpp)
 else()
-    list(REMOVE_ITEM ZPP_CORE_SOURCES core/attach_windows.cpp)
+    list(REMOVE_ITEM ZPP_FRAME_SOURCES frame/attach_windows.cpp)
 endif()
 file(GLOB ZPP_FAMILY_SOURCES CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}
     arith/*.cpp data/*.cpp stats/*.cpp gen/*.cpp filter/*.cpp transform/*.cpp vm/*.cpp)
 
-add_library(zpp_core OBJECT ${ZPP_CORE_SOURCES})
-target_compile_options(zpp_core PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${ZPP_FLAGS_core}>)
-set_source_files_properties(core/stubs.S PROPERTIES
+add_library(zpp_frame OBJECT ${ZPP_FRAME_SOURCES})
+target_compile_options(zpp_frame PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${ZPP_FLAGS_frame}>)
+set_source_files_properties(frame/stubs.S PROPERTIES
     INCLUDE_DIRECTORIES ${PROJECT_SOURCE_DIR}/include)
-set(ZPP_OBJECT_LIBRARIES zpp_core)
+set(ZPP_OBJECT_LIBRARIES zpp_frame)
 
 foreach(isa IN LISTS ZPP_ISAS)
     add_library(zpp_${isa} OBJECT ${ZPP_FAMILY_SOURCES})

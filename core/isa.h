@@ -14,10 +14,7 @@
 #error "ZPP_ISA names the namespace of the ISA build"
 #endif
 
-// The exported functions of this build. The global names are not declared: a call in a family file reaches
-// its own build, never an entry stub.
-#define ZPP_LIST(result, name, arguments) result name arguments;
-namespace zpp::ZPP_ISA {
-#include "zpp.h"
-}
-#undef ZPP_LIST
+// What a folder's exports.h includes the folder's public header with: each of its functions is declared in
+// the namespace of the build. The global names are not declared, so that a call in a family file reaches its
+// own build, never an entry stub.
+#define ZPP_DECLARE(result, name, arguments) result name arguments;

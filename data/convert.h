@@ -5,6 +5,7 @@
 #include "core/loops.h"
 #include "core/simd_half.h"
 #include "core/simd_packed24.h"
+#include "data/exports.h"
 
 namespace zpp::ZPP_ISA {
 

@@ -4,6 +4,7 @@
 
 #include "core/checks.h"
 #include "core/loops.h"
+#include "data/exports.h"
 
 namespace zpp::ZPP_ISA {
 namespace {

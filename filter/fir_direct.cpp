@@ -1,6 +1,7 @@
 // FIR filtering without a state: taps and delay line are the caller's.
 #include "core/checks.h"
 #include "core/move.h"
+#include "filter/exports.h"
 #include "filter/fir_kernel.h"
 
 namespace zpp::ZPP_ISA {

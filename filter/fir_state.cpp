@@ -3,7 +3,7 @@
 
 #include <limits.h>
 
-#include "core/memory.h"
+#include "frame/memory.h"
 
 namespace zpp::ZPP_ISA {
 namespace {

@@ -1,9 +1,12 @@
 // The state of a FIR filter, and what the files of the FIR filters know about it.
 #pragma once
 
+#include "arith/exports.h"
 #include "core/checks.h"
 #include "core/loops.h"
 #include "core/move.h"
+#include "filter/exports.h"
+#include "transform/exports.h"
 
 // The areas behind the header begin on multiples of 16 bytes: the taps, last one first; the delay buffer of
 // 3 tapsLen + 4 elements, with the delay line from delayPosition on, oldest sample first; the work area; for

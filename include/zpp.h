@@ -6,10 +6,10 @@
  * otherwise, a destination is either the same array as a source or does not overlap it, and a function may be
  * called from any number of threads on different destinations.
  *
- * The library binds its functions to the processor while it is loaded. Where that fails it refuses to be loaded:
- * on Windows with a message box, elsewhere with two lines on standard error and exit status 127.
+ * The library binds its functions to the processor while it is loaded. Where that fails it refuses to be
+ * loaded: on Windows with a message box, elsewhere with two lines on standard error and exit status 127.
  */
-#include "zpp/core.h"
+#include "zpp/frame.h"
 /* The order of these headers is the order of the Dispatch table. */
 #include "zpp/arith.h"
 #include "zpp/data.h"

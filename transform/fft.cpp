@@ -1,7 +1,7 @@
 // FFT transforms.
 #include "core/checks.h"
-#include "core/memory.h"
 #include "core/move.h"
+#include "frame/memory.h"
 #include "transform/fft_real.h"
 
 namespace zpp::ZPP_ISA {

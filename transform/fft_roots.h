@@ -4,7 +4,7 @@
 #include <math.h>
 
 #include "core/complex.h"
-#include "core/memory.h"
+#include "frame/memory.h"
 
 namespace zpp::ZPP_ISA {
 

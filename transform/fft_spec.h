@@ -3,6 +3,7 @@
 
 #include "core/checks.h"
 #include "core/complex.h"
+#include "transform/exports.h"
 
 namespace zpp::ZPP_ISA {
 

@@ -1,6 +1,7 @@
 // Packed-spectrum arithmetic.
 #include "core/checks.h"
 #include "core/loops.h"
+#include "transform/exports.h"
 
 namespace zpp::ZPP_ISA {
 namespace {

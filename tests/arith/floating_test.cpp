@@ -7,6 +7,7 @@
 #include "tests/support/guarded.h"
 #include "tests/support/random.h"
 #include "tests/support/rounded.h"
+#include "zpp/arith.h"
 
 namespace zpp::test {
 namespace {

@@ -10,6 +10,7 @@
 #include "tests/support/compare.h"
 #include "tests/support/guarded.h"
 #include "tests/support/random.h"
+#include "zpp/data.h"
 
 namespace zpp::test {
 

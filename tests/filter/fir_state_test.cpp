@@ -4,6 +4,7 @@
 #include "tests/filter/fir_support.h"
 #include "tests/support/binding.h"
 #include "tests/support/heap.h"
+#include "zpp/transform.h"
 
 namespace zpp::test {
 namespace {

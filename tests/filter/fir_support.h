@@ -14,7 +14,7 @@
 #include "tests/support/compare.h"
 #include "tests/support/guarded.h"
 #include "tests/support/random.h"
-#include "zpp.h"
+#include "zpp/filter.h"
 
 namespace zpp::test {
 

@@ -1,5 +1,5 @@
-// Stands in the place of core/table.cpp: a table none of whose columns is complete.
-#include "core/dispatch.h"
+// Stands in the place of frame/table.cpp: a table none of whose columns is complete.
+#include "frame/dispatch.h"
 
 namespace zpp {
 namespace {

@@ -118,6 +118,6 @@ TABLES = {
     "sse2": table(r"^(?:add|mul)pd|^padd", BEYOND_XMM, *TO_SSE, SSE2, REP_BSF),
     "avx2": table(YMM, [MM, ZMM, K, HIGH], *UNENCODED, AVX),
     "avx512": table(ZMM, [MM], *UNENCODED, AVX512, evex=True),
-    "core-i386": table("^cpuid", [MM, XMM, YMM, ZMM, K], I586, X87, named=FRAME),
-    "core-x86_64": table("^cpuid", BEYOND_XMM, *TO_SSE, SSE2, named=FRAME),
+    "frame-i386": table("^cpuid", [MM, XMM, YMM, ZMM, K], I586, X87, named=FRAME),
+    "frame-x86_64": table("^cpuid", BEYOND_XMM, *TO_SSE, SSE2, named=FRAME),
 }

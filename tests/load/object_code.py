@@ -2,7 +2,7 @@
 
     object_code.py exports LIBRARY HEADERS COMPILER FLAGS...
     object_code.py linkage LIBRARY
-    object_code.py objects ARCH BUILD OBJECTS...    of an ISA build, or of the frame: core
+    object_code.py objects ARCH BUILD OBJECTS...    of an ISA build, or of "frame"
 
 TOOLS in the environment is what stands before the names of nm and objdump, for a library of Windows.
 Each check returns its complaints and a line on what it has seen. The tables of instructions are in
@@ -296,9 +296,9 @@ def check_constructors(isa, objects):
 
 
 def check_objects(arch, build, objects):
-    isa = f"core-{arch}" if build == "core" else build
+    isa = f"frame-{arch}" if build == "frame" else build
     checks = [check_instructions, check_constructors]
-    checks += [check_symbols] if build != "core" else []
+    checks += [check_symbols] if build != "frame" else []
     checks += [check_uppers] if build.startswith("avx") else []
     checks += [check_stack] if arch == "i386" else []
     checks += [check_moves] if arch == "x86_64" and WINDOWS and build.startswith("avx") else []

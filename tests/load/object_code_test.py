@@ -30,8 +30,8 @@ REFUSED = {
               "vpmadd52luq %zmm0,%zmm1,%zmm1 | vpcompressb %zmm0,%zmm1 | vpshldd $1,%zmm0,%zmm1,%zmm1 | blsr %eax,%ecx |"
               "vpconflictd %zmm0,%zmm1 | vexp2pd %zmm0,%zmm1 | vcvtne2ps2bf16 %zmm0,%zmm1,%zmm1 | paddw %mm0,%mm1 |"
               "addpd %xmm0,%xmm1 | vgf2p8mulb %zmm0,%zmm1,%zmm1 | vpmultishiftqb %zmm0,%zmm1,%zmm1",
-    "core-i386": "movaps %xmm0,%xmm1 | cmove %ecx,%eax | xgetbv | fxsave (%eax) | stmxcsr (%eax) | nopl 0(%eax)",
-    "core-x86_64": "haddpd %xmm0,%xmm1 | xgetbv | fxsave (%eax) | vzeroupper | popcnt %eax,%ecx",
+    "frame-i386": "movaps %xmm0,%xmm1 | cmove %ecx,%eax | xgetbv | fxsave (%eax) | stmxcsr (%eax) | nopl 0(%eax)",
+    "frame-x86_64": "haddpd %xmm0,%xmm1 | xgetbv | fxsave (%eax) | vzeroupper | popcnt %eax,%ecx",
 }
 NAMED = [("readExtendedControl", "xgetbv"), ("readMxcsrMask", "fxsave (%eax)"), ("updateMxcsr", "ldmxcsr (%eax)")]
 
@@ -138,12 +138,12 @@ def main():
             expect(f"{subject} {'refuses' if refused else 'allows'} {body!r}", bool(found) == refused, found)
 
     mine = set(object_code.instruction_sets.TABLES) - (
-        {"core-x86_64"} if ARCH == "i386" else {"x87", "sse", "core-i386"})
+        {"frame-x86_64"} if ARCH == "i386" else {"x87", "sse", "frame-i386"})
     for isa in sorted(mine):
         expect_refusals(object_code.check_instructions, isa, [(text, True) for text in REFUSED[isa].split("|")])
         faults, _ = object_code.check_instructions(isa, (make("assembler", "f: ret"),))
         expect(f"{isa} misses its own instructions", len(faults) == 1 and "peculiar" in faults[0], faults)
-    found = refusals(object_code.check_instructions, f"core-{ARCH}", NAMED)
+    found = refusals(object_code.check_instructions, f"frame-{ARCH}", NAMED)
     expect("the frame's own functions", not any(found), found)
     expect_refusals(object_code.check_uppers, "avx2", UPPERS)
     if ARCH == "i386":

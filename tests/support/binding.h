@@ -8,7 +8,6 @@
 #include <string>
 
 #include "tests/support/columns.h"
-#include "zpp.h"
 
 namespace zpp::test {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "core/dispatch.h"
+#include "frame/dispatch.h"
 
 namespace zpp::test {
 

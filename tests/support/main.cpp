@@ -6,7 +6,7 @@
 
 #include "tests/support/columns.h"
 #include "tests/support/random.h"
-#include "zpp.h"
+#include "zpp/frame.h"
 
 namespace zpp::test {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <map>
 
-#include "core/cpu.h"
+#include "frame/cpu.h"
 
 namespace zpp::test {
 

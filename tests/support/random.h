@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "zpp.h"
+#include "zpp/types.h"
 
 namespace zpp::test {
 

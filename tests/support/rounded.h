@@ -3,7 +3,7 @@
 // double.
 #pragma once
 
-#include "zpp.h"
+#include "zpp/types.h"
 
 namespace zpp::test {
 

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "zpp.h"
+#include "zpp/transform.h"
 
 namespace zpp::test {
 

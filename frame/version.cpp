@@ -1,5 +1,5 @@
 // The version records: one per part and column.
-#include "core/shared.h"
+#include "frame/shared.h"
 
 namespace zpp {
 namespace {

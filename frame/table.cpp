@@ -1,6 +1,6 @@
 // The Dispatch table, made from the public headers. Which ISA build stands in which column is decided here.
-#include "core/dispatch.h"
-#include "core/shared.h"
+#include "frame/dispatch.h"
+#include "frame/shared.h"
 
 #define ZPP_LIST(result, name, arguments) result name arguments;
 #ifdef __i386__

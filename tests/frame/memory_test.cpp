@@ -3,6 +3,7 @@
 
 #include "tests/support/binding.h"
 #include "tests/support/heap.h"
+#include "zpp/frame.h"
 
 namespace zpp::test {
 namespace {

@@ -1,6 +1,6 @@
 // The message of every status code. The table also serves sibling libraries, so it holds many codes that no
 // function here returns; the texts are an interface and stay as they are, misspellings included.
-#include "core/shared.h"
+#include "frame/shared.h"
 
 namespace zpp::shared {
 namespace {

@@ -1,6 +1,6 @@
-#include "core/dispatch.h"
+#include "frame/dispatch.h"
 
-#include "core/shared.h"
+#include "frame/shared.h"
 
 namespace zpp {
 namespace {

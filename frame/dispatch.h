@@ -1,7 +1,7 @@
 // The Dispatch table and the binding of the slots to one of its columns.
 #pragma once
 
-#include "core/cpu.h"
+#include "frame/cpu.h"
 #include "zpp/types.h"
 
 namespace zpp {

@@ -3,9 +3,10 @@
 #include <future>
 #include <thread>
 
-#include "core/cpu.h"
+#include "frame/cpu.h"
 #include "tests/support/binding.h"
 #include "tests/support/processor.h"
+#include "zpp/frame.h"
 
 namespace zpp::test {
 namespace {

@@ -2,7 +2,7 @@
 // called.
 #include <windows.h>
 
-#include "core/dispatch.h"
+#include "frame/dispatch.h"
 
 namespace zpp {
 

@@ -1,9 +1,9 @@
-#include "core/memory.h"
+#include "frame/memory.h"
 
 #include <stdlib.h>
 #include <string.h>
 
-#include "core/shared.h"
+#include "frame/shared.h"
 
 namespace zpp {
 namespace {

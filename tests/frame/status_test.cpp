@@ -1,6 +1,7 @@
 #include <cstring>
 
 #include "tests/support/binding.h"
+#include "zpp/frame.h"
 
 namespace zpp::test {
 namespace {

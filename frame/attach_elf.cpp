@@ -2,7 +2,7 @@
 #include <string.h>
 #include <unistd.h>
 
-#include "core/dispatch.h"
+#include "frame/dispatch.h"
 
 namespace zpp {
 namespace {

@@ -1,9 +1,9 @@
-#include "core/cpu.h"
+#include "frame/cpu.h"
 
 #include <gtest/gtest.h>
 
 #include "tests/support/processor.h"
-#include "zpp.h"
+#include "zpp/frame.h"
 
 namespace zpp::test {
 namespace {

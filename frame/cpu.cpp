@@ -1,9 +1,9 @@
-#include "core/cpu.h"
+#include "frame/cpu.h"
 
 #include <cpuid.h>
 #include <string.h>
 
-#include "core/shared.h"
+#include "frame/shared.h"
 
 namespace zpp {
 namespace {

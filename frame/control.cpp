@@ -1,6 +1,6 @@
 // Control of the SSE unit, and the time-stamp counter.
-#include "core/cpu.h"
-#include "core/shared.h"
+#include "frame/cpu.h"
+#include "frame/shared.h"
 
 namespace zpp {
 namespace {

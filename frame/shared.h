@@ -11,19 +11,19 @@
 #define ZPP_LIST(result, name, arguments)
 #define ZPP_LIST_SHARED(result, name, arguments) result name arguments;
 namespace zpp::shared {
-#include "zpp.h"
+#include "zpp/frame.h"
 }
 #undef ZPP_LIST_SHARED
 
 #define ZPP_LIST_COLUMN(result, name, arguments) result name arguments;
 namespace zpp::px {
-#include "zpp.h"
+#include "zpp/frame.h"
 }
 namespace zpp::a6 {
-#include "zpp.h"
+#include "zpp/frame.h"
 }
 namespace zpp::w7 {
-#include "zpp.h"
+#include "zpp/frame.h"
 }
 #undef ZPP_LIST_COLUMN
 #undef ZPP_LIST

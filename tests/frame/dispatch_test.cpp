@@ -1,4 +1,4 @@
-#include "core/dispatch.h"
+#include "frame/dispatch.h"
 
 #include <gtest/gtest.h>
 
@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/support/binding.h"
+#include "zpp/frame.h"
 
 #ifdef _WIN32
 #include <windows.h>

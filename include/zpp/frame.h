@@ -1,6 +1,6 @@
 /* The frame: status messages, processor, clocks, aligned memory, versions. */
-#if !defined(ZPP_CORE_H) || defined(ZPP_LIST)
-#define ZPP_CORE_H
+#if !defined(ZPP_FRAME_H) || defined(ZPP_LIST)
+#define ZPP_FRAME_H
 #include "export.h"
 
 /* The message of a status code: constant text, never null, "Unknown Status Code" for a code without one. */
