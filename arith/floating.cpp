@@ -10,8 +10,8 @@ namespace {
 constexpr auto add = [](auto a, auto b) { return a + b; };
 constexpr auto subtract = [](auto a, auto b) { return a - b; };
 constexpr auto subtractFrom = [](auto a, auto b) { return b - a; };
-constexpr auto multiply = [](auto a, auto b) { return a * b; };
-constexpr auto addProduct = [](auto a, auto b, auto sum) { return sum + stored(a * b); };
+constexpr auto multiply = [](auto a, auto b) { return product(a, b); };
+constexpr auto addProduct = [](auto a, auto b, auto sum) { return sum + product(a, b); };
 
 // dst[i] = op(src[i]...) behind the usual checks.
 template <class Op, class T, class... S>
@@ -48,10 +48,16 @@ ZPP_INLINE auto zeroOrNan(V divisor) {
     return (divisor == 0) | (divisor != divisor);
 }
 
+// What is divided by instead of a zero divisor: 1, which raises no exception flag.
+template <class M, class V>
+ZPP_INLINE V oneWhere(M zero, V divisor) {
+    return select(zero, broadcast<V>(1.0), divisor);
+}
+
 // The inverse of the squared norm, each operation rounded to double.
 inline double inverseNorm(Zpp64fc val) {
     const DoublePrecision precision;
-    return stored(1.0 / squaredNorm(Complex<double>{stored(val.re), stored(val.im)}));
+    return stored(quotient(1.0, squaredNorm(Complex<double>{stored(val.re), stored(val.im)})));
 }
 
 struct Divide {
@@ -61,23 +67,22 @@ struct Divide {
     ZPP_INLINE V operator()(V divisor, V dividend) const {
         const auto zero = zeroOrNan(divisor);
         if (!any(zero)) [[likely]]
-            return dividend / divisor;
+            return quotient(dividend, divisor);
         *zeroMet = true;
-        // Dividing by 1 instead keeps the exception flags clean.
-        return select(zero, signedInfinity(dividend), dividend / select(zero, broadcast<V>(1.0), divisor));
+        return select(zero, signedInfinity(dividend), quotient(dividend, oneWhere(zero, divisor)));
     }
 
     template <class V>
     ZPP_INLINE Complex<V> operator()(Complex<V> divisor, Complex<V> dividend) const {
         const V norm = squaredNorm(divisor);
         const auto zero = zeroOrNan(norm);
-        const Complex<V> product = mulConj(dividend, divisor);
+        const Complex<V> numerator = productConj(dividend, divisor);
         if (!any(zero)) [[likely]]
-            return product * (broadcast<V>(1.0) / norm);
+            return product(numerator, quotient(broadcast<V>(1.0), norm));
         *zeroMet = true;
-        const Complex<V> quotient = product * (broadcast<V>(1.0) / select(zero, broadcast<V>(1.0), norm));
-        return {select(zero, signedInfinity(dividend.re), quotient.re),
-                select(zero, signedInfinity(dividend.im), quotient.im)};
+        const Complex<V> divided = product(numerator, quotient(broadcast<V>(1.0), oneWhere(zero, norm)));
+        return {select(zero, signedInfinity(dividend.re), divided.re),
+                select(zero, signedInfinity(dividend.im), divided.im)};
     }
 };
 
@@ -211,7 +216,7 @@ ZppStatus zppsDivC_64fc(const Zpp64fc* pSrc, Zpp64fc val, Zpp64fc* pDst, int len
     const ZppStatus zero = require(!isZero(val.re) || !isZero(val.im), zppStatusDivideByZeroError);
     if (const ZppStatus error = firstError(checkVectors(len, pSrc, pDst), zero)) return error;
     const double inverse = inverseNorm(val);
-    const auto divideBy = [=](auto x, auto y) { return mulConj(x, y) * inverse; };
+    const auto divideBy = [=](auto x, auto y) { return product(productConj(x, y), inverse); };
     return withConstant(divideBy, pSrc, val, pDst, len);
 }
 ZppStatus zppsDivC_64fc_I(Zpp64fc val, Zpp64fc* pSrcDst, int len) {

@@ -1,6 +1,6 @@
-// Complex numbers as a register of real and one of imaginary parts: of single elements or of vectors. The
-// operators are the elementary formulas with each operation rounded to double, so that every build gives the
-// same bits.
+// Complex numbers as a register of real and one of imaginary parts: of single elements or of vectors. Sums
+// and products are the elementary formulas with each operation rounded to double, so that every build gives
+// the same bits.
 #pragma once
 
 #include "core/precision.h"
@@ -11,11 +11,6 @@ template <class V>
 struct Complex {
     V re, im;
 };
-
-template <class V>
-ZPP_INLINE Complex<V> stored(Complex<V> v) {
-    return {stored(v.re), stored(v.im)};
-}
 
 // The second operand may be a single number, the same for all lanes.
 template <class A, class B>
@@ -29,26 +24,32 @@ ZPP_INLINE auto operator-(Complex<A> a, Complex<B> b) {
 }
 
 template <class A, class B>
-ZPP_INLINE auto operator*(Complex<A> a, Complex<B> b) {
-    return Complex<decltype(a.re * b.re)>{stored(stored(a.re * b.re) - stored(a.im * b.im)),
-                                          stored(stored(a.re * b.im) + stored(a.im * b.re))};
+ZPP_INLINE auto product(Complex<A> a, Complex<B> b) {
+    return Complex<decltype(a.re * b.re)>{stored(product(a.re, b.re) - product(a.im, b.im)),
+                                          stored(product(a.re, b.im) + product(a.im, b.re))};
 }
 
+// a * conj(b)
+template <class A, class B>
+ZPP_INLINE auto productConj(Complex<A> a, Complex<B> b) {
+    return Complex<decltype(a.re * b.re)>{stored(product(a.re, b.re) + product(a.im, b.im)),
+                                          stored(product(a.im, b.re) - product(a.re, b.im))};
+}
+
+template <class A, class B>
+ZPP_INLINE auto product(Complex<A> a, B scale) {
+    return Complex<decltype(a.re * scale)>{product(a.re, scale), product(a.im, scale)};
+}
+
+// The same without the care of product(), for results that are promised to a bound.
 template <class A, class B>
 ZPP_INLINE auto operator*(Complex<A> a, B scale) {
     return Complex<decltype(a.re * scale)>{a.re * scale, a.im * scale};
 }
 
-// a * conj(b)
-template <class A, class B>
-ZPP_INLINE auto mulConj(Complex<A> a, Complex<B> b) {
-    return Complex<decltype(a.re * b.re)>{stored(stored(a.re * b.re) + stored(a.im * b.im)),
-                                          stored(stored(a.im * b.re) - stored(a.re * b.im))};
-}
-
 template <class V>
 ZPP_INLINE V squaredNorm(Complex<V> a) {
-    return stored(stored(a.im * a.im) + stored(a.re * a.re));
+    return stored(product(a.im, a.im) + product(a.re, a.re));
 }
 
 // N complex numbers from memory: one de-interleaving load. Their order in the registers is that of evenLanes.

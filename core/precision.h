@@ -1,5 +1,7 @@
-// The precision of the x87 unit, which the builds without SSE2 compute doubles with: it rounds to 64 bits by
-// default, then to 53 when a result is stored, and two roundings are not always the one that is promised.
+// Doubles in the x87 unit, which the builds without SSE2 compute them with. It rounds to 64 bits by default
+// and keeps exponents far beyond those of a double, and a result that is rounded again when it is stored is
+// not always the one that is promised. With DoublePrecision around a call, product(), quotient() and stored()
+// make each operation the one of IEEE 754 on doubles; in the other builds they are plain operations.
 #pragma once
 
 #include "core/simd.h"
@@ -11,9 +13,9 @@ struct DoublePrecision {
     DoublePrecision() {}  // not trivial, so that an unused guard is no warning
 };
 #else
-// For its life the x87 unit rounds to the 53 bits of a double. What remains is the exponent range, that of
-// the registers: see stored(). The caller's control word comes back at the end. Memory is not read or written
-// across either end; a value that is in a register already is kept inside by stored().
+// For its life the x87 unit rounds to the 53 bits of a double. What remains is the range of exponents. The
+// caller's control word comes back at the end. Memory is not read or written across either end; a value that
+// is in a register already is kept inside by stored().
 class DoublePrecision {
   public:
     ZPP_INLINE DoublePrecision() {
@@ -32,8 +34,8 @@ class DoublePrecision {
 };
 #endif
 
-// An intermediate result with the exponent range of a double too, as the vector builds have it: the x87
-// register is stored and loaded again. A result below 2^-1022 is then rounded twice.
+// An intermediate sum or difference, infinite where a double is: the x87 register is stored and loaded again.
+// Nothing more is needed of a sum, as one below 2^-1022 is exact.
 template <class V>
 ZPP_INLINE V stored(V v) {
 #ifndef __SSE2_MATH__
@@ -42,10 +44,46 @@ ZPP_INLINE V stored(V v) {
     return v;
 }
 
+#ifndef __SSE2_MATH__
+// An operand scaled down by the difference of the two exponent ranges: a result that is subnormal as a double
+// is so in the register too, and rounded there, once, to the bits that it has as a double. To scale it up
+// again is exact, but for the overflow of a double. (Golliver, "Efficiently producing default orthogonal IEEE
+// double results using extended IEEE hardware", 1998.)
+inline constexpr long double kScaleDown = 0x1p-15360L;
+inline constexpr long double kScaleUp = 0x1p15360L;
+#endif
+
+// a * b, of vectors, of single numbers, or of a vector and a number for all lanes. (Singles need no more than
+// to be stored: they have less than half of the bits.)
+template <class A, class B>
+ZPP_INLINE auto product(A a, B b) {
+#ifdef __SSE2_MATH__
+    return a * b;
+#else
+    if constexpr (std::is_same_v<decltype(a * b), double>)
+        return static_cast<double>(kScaleDown * a * b * kScaleUp);
+    else
+        return stored(a * b);
+#endif
+}
+
+// a / b
+template <class A, class B>
+ZPP_INLINE auto quotient(A a, B b) {
+#ifdef __SSE2_MATH__
+    return a / b;
+#else
+    if constexpr (std::is_same_v<decltype(a / b), double>)
+        return static_cast<double>(kScaleDown * a / b * kScaleUp);
+    else
+        return stored(a / b);
+#endif
+}
+
 // 1 / x, rounded once.
 inline double reciprocal(double x) {
     const DoublePrecision precision;
-    return stored(1.0 / stored(x));
+    return stored(quotient(1.0, stored(x)));
 }
 
 }  // namespace zpp::ZPP_ISA

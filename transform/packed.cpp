@@ -6,8 +6,8 @@
 namespace zpp::ZPP_ISA {
 namespace {
 
-constexpr auto product = [](auto a, auto b) { return a * b; };
-constexpr auto productConj = [](auto a, auto b) { return mulConj(a, b); };
+constexpr auto straight = [](auto a, auto b) { return product(a, b); };
+constexpr auto conjugated = [](auto a, auto b) { return productConj(a, b); };
 
 // Where the pairs of a packed spectrum begin, the first being that of X1, and where R(N / 2) is if N is even.
 struct Packing {
@@ -28,8 +28,8 @@ inline ZppStatus multiply(Op op, const Zpp64f* pSrc1, const Zpp64f* pSrc2, Zpp64
     if (const ZppStatus error = checkVectors(len, pSrc1, pSrc2, pDst)) return error;
     const size_t n = static_cast<size_t>(len);
     const Packing at = layout(n);
-    map(pDst, 1, product, pSrc1, pSrc2);
-    if (n % 2 == 0) map(pDst + at.nyquist, 1, product, pSrc1 + at.nyquist, pSrc2 + at.nyquist);
+    map(pDst, 1, straight, pSrc1, pSrc2);
+    if (n % 2 == 0) map(pDst + at.nyquist, 1, straight, pSrc1 + at.nyquist, pSrc2 + at.nyquist);
     map(reinterpret_cast<Zpp64fc*>(pDst + at.pairs), (n - 1) / 2, op, pairsAt(pSrc1 + at.pairs),
         pairsAt(pSrc2 + at.pairs));
     return zppStatusOk;
@@ -65,19 +65,19 @@ inline const Zpp64f* packedIn(const Zpp64fc* p) { return reinterpret_cast<const 
 }  // namespace
 
 ZppStatus zppsMulPack_64f(const Zpp64f* pSrc1, const Zpp64f* pSrc2, Zpp64f* pDst, int len) {
-    return multiply(product, pSrc1, pSrc2, pDst, len, packLayout);
+    return multiply(straight, pSrc1, pSrc2, pDst, len, packLayout);
 }
 ZppStatus zppsMulPack_64f_I(const Zpp64f* pSrc, Zpp64f* pSrcDst, int len) {
-    return multiply(product, pSrc, pSrcDst, pSrcDst, len, packLayout);
+    return multiply(straight, pSrc, pSrcDst, pSrcDst, len, packLayout);
 }
 ZppStatus zppsMulPerm_64f(const Zpp64f* pSrc1, const Zpp64f* pSrc2, Zpp64f* pDst, int len) {
-    return multiply(product, pSrc1, pSrc2, pDst, len, permLayout);
+    return multiply(straight, pSrc1, pSrc2, pDst, len, permLayout);
 }
 ZppStatus zppsMulPerm_64f_I(const Zpp64f* pSrc, Zpp64f* pSrcDst, int len) {
-    return multiply(product, pSrc, pSrcDst, pSrcDst, len, permLayout);
+    return multiply(straight, pSrc, pSrcDst, pSrcDst, len, permLayout);
 }
 ZppStatus zppsMulPackConj_64f_I(const Zpp64f* pSrc, Zpp64f* pSrcDst, int len) {
-    return multiply(productConj, pSrc, pSrcDst, pSrcDst, len, packLayout);
+    return multiply(conjugated, pSrc, pSrcDst, pSrcDst, len, packLayout);
 }
 
 ZppStatus zppsConjPack_64fc(const Zpp64f* pSrc, Zpp64fc* pDst, int len) {

@@ -7,7 +7,7 @@
  *
  * All vectors hold len elements. A destination may be the same array as a source, but not overlap one in
  * part. Real results are the correctly rounded IEEE doubles; complex ones come from the formulas below, each
- * operation rounded to double. (On a processor without SSE2, results below 2.3e-308 may be rounded twice.)
+ * operation rounded to double.
  *
  * Returned, in this order of checks: -8 for a null pointer; -6 for len <= 0. zppsDivC differs, see there.
  * Note the operand order of Sub and Div: the second source is the minuend and the dividend. */
