@@ -30,8 +30,6 @@ void printCurrentCall() {
 
 const test::Binding& referenceBinding() { return test::runnableBindings().front(); }
 
-bool usesX87(const test::Binding& binding) { return binding.isa == kX87Isa || binding.isa == kSseIsa; }
-
 Data ordinaryFor(const Function& f) {
     const Promise promise = promiseOf(f);
     return promise == Promise::kBound ? Data::kUniform : Data::kOrdinary;
@@ -136,8 +134,7 @@ bool Checker::checkLayouts(const Function& f, const Inputs& in, const Outcome& r
     for (const Layout& layout : layouts) {
         const Outcome outcome = call(f, in, layout);
         std::string fault = outcome.complaint;
-        if (fault.empty())
-            fault = difference(f, in, reference, outcome, usesX87(binding) || usesX87(referenceBinding()));
+        if (fault.empty()) fault = difference(f, in, reference, outcome);
         if (fault.empty()) continue;
         char details[128];
         std::snprintf(details, sizeof details,

@@ -57,8 +57,6 @@ class Checker {
 // What the results are compared with.
 const test::Binding& referenceBinding();
 
-bool usesX87(const test::Binding& binding);
-
 // The two kinds of data that suit the function.
 Data ordinaryFor(const Function& f);
 Data specialFor(const Function& f);

@@ -1,8 +1,10 @@
 #include "check/data.h"
 
+#include <bit>
 #include <climits>
 #include <cmath>
 #include <cstring>
+#include <iterator>
 #include <limits>
 
 namespace zpp::check {
@@ -11,12 +13,23 @@ namespace {
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInf = std::numeric_limits<double>::infinity();
 
-constexpr double kDoubles[] = {0.0, -0.0, 1, -1, 0.5, kNan, kInf, -kInf, 0x1p300, -0x1.8p300, 0x1p-300,
-                               -0x1.8p-300,
-                               // the first 12 of them are tame
-                               0x1p-1074, -0x1.8p-1073, 0x0.fffffffffffffp-1022, 0x1p-1022, -0x1p-1022,
-                               0x1.fffffffffffffp1023, -0x1.fffffffffffffp1023};
-constexpr std::size_t kTameDoubles = 12;
+// Of either sign. The squares of 1.7e-162 and 1.3e154, and the reciprocals of those, are at the ends of the
+// range; 1 - 2^-53 times the largest subnormal number shows a result that is rounded twice.
+constexpr double kDoubles[] = {0,
+                               1,
+                               0.5,
+                               0x1.fffffffffffffp-1,
+                               kNan,
+                               kInf,
+                               0x1p300,
+                               0x1.8p-300,
+                               1.7e-162,
+                               1.3e154,
+                               0x1p-1074,
+                               0x1.8p-1073,
+                               0x0.fffffffffffffp-1022,
+                               0x1p-1022,
+                               0x1.fffffffffffffp1023};
 
 constexpr double kSingles[] = {0.0,
                                -0.0,
@@ -48,8 +61,20 @@ constexpr double kSingles[] = {0.0,
                                0x1p24};
 
 template <std::size_t N>
-double anyOf(const double (&values)[N], test::Random& random, std::size_t n = N) {
-    return values[random.below(n)];
+double anyOf(const double (&values)[N], test::Random& random) {
+    return values[random.below(N)];
+}
+
+// A double with many digits: subnormal, or of a magnitude for which products, squares or quotients are near
+// one of the ends of the range. Made of its bits, which no library has to round.
+double extreme(test::Random& random) {
+    constexpr struct {
+        std::uint64_t first, count;  // exponent fields
+    } kFields[] = {{0, 1}, {1, 60}, {480, 40}, {993, 60}, {1523, 24}, {1987, 60}};
+    const auto& fields = kFields[random.below(std::size(kFields))];
+    const std::uint64_t field = fields.first + random.below(fields.count), bits = random.bits();
+    const std::uint64_t fraction = (bits & 0xFFFFFFFFFFFFF) >> (field == 0 ? random.below(52) : 0);
+    return std::bit_cast<double>((bits & std::uint64_t{1} << 63) | field << 52 | fraction);
 }
 
 // 2^-20 to 2^20 and, every fourth time, a multiple of a half.
@@ -64,7 +89,8 @@ double floatingNumber(std::size_t size, Data data, test::Random& random) {
     if (data == Data::kUniform) return random.uniform();
     if (data == Data::kOrdinary || random.below(4) == 0) return ordinary(random);
     if (size == sizeof(float)) return anyOf(kSingles, random);
-    return data == Data::kTame ? anyOf(kDoubles, random, kTameDoubles) : anyOf(kDoubles, random);
+    const std::uint64_t choice = random.below(4);
+    return choice < 2 ? extreme(random) : choice == 2 ? anyOf(kDoubles, random) : -anyOf(kDoubles, random);
 }
 
 std::uint64_t integerNumber(std::size_t size, Data data, test::Random& random) {
@@ -81,7 +107,7 @@ std::uint64_t integerNumber(std::size_t size, Data data, test::Random& random) {
 }  // namespace
 
 const char* nameOf(Data data) {
-    constexpr const char* kNames[] = {"ordinary", "special", "tame", "uniform", "patterns"};
+    constexpr const char* kNames[] = {"ordinary", "special", "uniform", "patterns"};
     return kNames[static_cast<int>(data)];
 }
 

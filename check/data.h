@@ -11,7 +11,6 @@ namespace zpp::check {
 enum class Data {
     kOrdinary,  // many magnitudes, and many ties of rounding
     kSpecial,   // three numbers of four from the edges of its type: NaN, Inf, zeros, subnormals, extremes
-    kTame,      // as kSpecial, but no double operation comes near a subnormal result
     kUniform,   // floating numbers in [-1, 1)
     kPatterns,  // any bits
 };

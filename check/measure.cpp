@@ -50,9 +50,7 @@ bool addToDigest(const Function& f, std::uint64_t& digest) {
     if (promiseOf(f) == Promise::kBound || ownCheckOf(f) != nullptr) return false;
     for (const int length : lengthsOf(f))
         for (int variant = 0; variant < 4; ++variant) {
-            const Data data = promiseOf(f) == Promise::kBits ? Data::kPatterns
-                              : variant < 2                  ? Data::kOrdinary
-                                                             : Data::kTame;
+            const Data data = variant < 2 ? ordinaryFor(f) : specialFor(f);
             addOutcome(digest, f, perform(f, makeInputs(f, length, variant, data), {0, -1, 0}));
         }
     return true;

@@ -211,13 +211,9 @@ class Trial {
 // An argument's numbers may differ by this much.
 //
 // Bounded results are sums of no more terms than the longest of its vectors has, of numbers below 1.
-// The builds that compute with the x87 unit round a product or quotient below 2^-1022 twice, which changes
-// its last bit, 2^-1074; in a formula that divides by numbers above 2^-40 not more than this comes of it.
-double toleranceOf(const Function& f, const Inputs& in, std::size_t part, bool withX87) {
-    constexpr double kDouble = 0x1p-51, kSingle = 0x1p-23, kX87 = 0x1p-1030;
-    if (promiseOf(f) == Promise::kBound)
-        return (in.sizes.length < 128 ? 128 : in.sizes.length) * (part == sizeof(float) ? kSingle : kDouble);
-    return withX87 && !f.matches("zppsConvert_*") ? kX87 : 0;
+double toleranceOf(const Function& f, const Inputs& in, std::size_t part) {
+    if (promiseOf(f) != Promise::kBound) return 0;
+    return (in.sizes.length < 128 ? 128 : in.sizes.length) * (part == sizeof(float) ? 0x1p-23 : 0x1p-51);
 }
 
 double numberAt(const unsigned char* bytes, std::size_t part) {
@@ -295,7 +291,7 @@ std::vector<int> sharingsOf(const Function& f, const Inputs& inputs) {
 }
 
 std::string difference(const Function& f, const Inputs& inputs, const Outcome& reference,
-                       const Outcome& outcome, bool withX87) {
+                       const Outcome& outcome) {
     if (outcome.status != reference.status)
         return "returns " + std::to_string(outcome.status) + ", expected " + std::to_string(reference.status);
     if (outcome.status < 0) return "";  // that nothing was written is a question of manners
@@ -303,7 +299,7 @@ std::string difference(const Function& f, const Inputs& inputs, const Outcome& r
     for (std::size_t i = 0; i < f.arguments.size(); ++i) {
         const Argument& a = f.arguments[i];
         if (!isResult(a)) continue;
-        const double tolerance = toleranceOf(f, inputs, a.type->part, withX87);
+        const double tolerance = toleranceOf(f, inputs, a.type->part);
         for (std::size_t at = 0; at < outcome.written[i].size(); at += a.type->part) {
             const unsigned char *actual = &outcome.written[i][at], *expected = &reference.written[i][at];
             if (!same(actual, expected, *a.type, promise, tolerance))

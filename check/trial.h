@@ -50,7 +50,7 @@ std::vector<int> sharingsOf(const Function& f, const Inputs& inputs);
 
 // How the outcome differs from that of the reference, which ran on another ISA build; empty if it does not.
 std::string difference(const Function& f, const Inputs& inputs, const Outcome& reference,
-                       const Outcome& outcome, bool withX87);
+                       const Outcome& outcome);
 
 // Whether the written vector is a result.
 bool isResult(const Argument& a);
