@@ -9,7 +9,7 @@ namespace {
 
 // Elements of a chunk in the work area: what it and its outputs take fits the first-level cache.
 constexpr size_t kChunk = 1024;
-static_assert(kChunk < kWorkElements);
+static_assert(kChunk <= Fir64f::kWorkElements && kChunk <= Fir64fc::kWorkElements);
 
 // The scalars of a vector of elements.
 template <class T>

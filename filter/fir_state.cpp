@@ -3,53 +3,45 @@
 
 #include <limits.h>
 
-#include "frame/memory.h"
-
 namespace zpp::ZPP_ISA {
 namespace {
 
-constexpr size_t kStateAlignment = 16;
-constexpr size_t kFftAlignment = 64;
 // The normalisation flag of a transform whose inverse divides by the length.
 constexpr int kDivideInverse = 2;
 
-constexpr uint64_t alignUp(uint64_t bytes, uint64_t alignment) {
-    return (bytes + alignment - 1) / alignment * alignment;
-}
-
-// Sizes of the areas, which are multiples of 16 bytes.
+// The header of a state of `tapsLen` taps without FFT path.
 template <class F>
-uint64_t areaBytes(uint64_t elements) {
-    return alignUp(elements * sizeof(typename F::Sample), kStateAlignment);
+ZppsFIRState headerOf(int tapsLen) {
+    ZppsFIRState state{};
+    state.id = F::kSingleRate;
+    state.tapsLen = tapsLen;
+    state.fftLen = -1;
+    state.delayLen = tapsLen;
+    return state;
 }
-uint64_t delayElements(int tapsLen) { return 3 * static_cast<uint64_t>(tapsLen) + 4; }
 
+// The areas of a state, whose transform needs a work buffer of `fftBufSize` bytes.
 template <class F>
-uint64_t stateBytes(int tapsLen) {
-    return sizeof(ZppsFIRState) + areaBytes<F>(static_cast<uint64_t>(tapsLen)) +
-           areaBytes<F>(delayElements(tapsLen)) + areaBytes<F>(kWorkElements);
+auto areasOf(int fftBufSize = 0) {
+    return [=](Areas& areas, ZppsFIRState& state) {
+        using Sample = typename F::Sample;
+        const auto tapsLen = static_cast<uint64_t>(state.tapsLen);
+        state.taps = areas.take<Sample>(tapsLen);
+        state.delayBuffer = areas.take<Sample>(3 * tapsLen + 4);
+        state.work = areas.take<Sample>(F::kWorkElements);
+        if (state.spec == nullptr) return;
+        const auto fftLen = static_cast<uint64_t>(state.fftLen);
+        state.spectrum = areas.take<Sample>(fftLen);
+        state.block = areas.take<Sample>(fftLen);
+        state.fftBuffer = areas.take<Zpp8u>(static_cast<uint64_t>(fftBufSize));
+    };
 }
 
+// The bytes that a state takes in a caller's buffer.
 template <class F>
 uint64_t bufferBytes(int tapsLen) {
-    return stateBytes<F>(tapsLen) + F::kBufferSlack;
+    return objectBytes(headerOf<F>(tapsLen), kBufferAlignment, areasOf<F>()) + F::kBufferSlack;
 }
-
-// Hands out the areas of a block, one after the other.
-class Areas {
-  public:
-    explicit Areas(void* block) : next_(static_cast<Zpp8u*>(block)) {}
-
-    Zpp8u* take(uint64_t bytes) {
-        Zpp8u* area = next_;
-        next_ += bytes;
-        return area;
-    }
-    void align(uintptr_t alignment) { next_ += -reinterpret_cast<uintptr_t>(next_) & (alignment - 1); }
-
-  private:
-    Zpp8u* next_;
-};
 
 // To the caller taps and delay line are the other way round than in the state.
 template <class To, class From>
@@ -66,51 +58,25 @@ void setDelayLine(ZppsFIRState* state, const typename F::Data* pDlyLine) {
         copyReversed(pDlyLine, delayBufferOf<F>(state), state->delayLen);
 }
 
-// A state without FFT path at the start of `areas`.
 template <class F>
-ZppsFIRState* build(Areas& areas, const typename F::Sample* pTaps, int tapsLen,
-                    const typename F::Data* pDlyLine) {
-    auto* state = reinterpret_cast<ZppsFIRState*>(areas.take(sizeof(ZppsFIRState)));
-    zeroElements(state, 1);
-    state->id = F::kSingleRate;
-    state->tapsLen = tapsLen;
-    state->directLimit = ((tapsLen + 3) & ~3) + 1;
-    state->fftLen = -1;
-    state->delayLen = tapsLen;
-    state->taps = areas.take(areaBytes<F>(static_cast<uint64_t>(tapsLen)));
-    state->delayBuffer = areas.take(areaBytes<F>(delayElements(tapsLen)));
-    state->work = areas.take(areaBytes<F>(kWorkElements));
-    copyReversed(pTaps, tapsOf<F>(state), tapsLen);
+void setContents(ZppsFIRState* state, const typename F::Sample* pTaps, const typename F::Data* pDlyLine) {
+    state->directLimit = ((state->tapsLen + 3) & ~3) + 1;
+    copyReversed(pTaps, tapsOf<F>(state), state->tapsLen);
     setDelayLine<F>(state, pDlyLine);
-    return state;
 }
 
-// The transform of a new state: none for short filters.
-struct Fft {
-    ZppsFFTSpec* spec = nullptr;
-    int len = 0;
-    int bufSize = 0;
-
-    template <class F>
-    ZppStatus init(int tapsLen) {
-        if (tapsLen < F::kFftTaps) return zppStatusOk;
-        int order = 2;
-        while (1 << order <= tapsLen) ++order;
-        ++order;  // at most 27, for a tapsLen whose state size is an int
-        if (const ZppStatus error = F::initFft(&spec, order, kDivideInverse, 0)) return error;
-        len = 1 << order;
-        const ZppStatus error = F::fftBufSize(spec, &bufSize);
-        if (error != zppStatusOk) F::freeFft(spec);
-        return error;
-    }
-
-    template <class F>
-    uint64_t bytes() const {
-        if (spec == nullptr) return 0;
-        const uint64_t spectrum = areaBytes<F>(static_cast<uint64_t>(len));
-        return kFftAlignment + alignUp(static_cast<uint64_t>(bufSize), kFftAlignment) + 2 * spectrum;
-    }
-};
+// Gives a header the transform of a new state, and its work buffer's size; none for short filters.
+template <class F>
+ZppStatus addFft(ZppsFIRState& state, int& bufSize) {
+    if (state.tapsLen < F::kFftTaps) return zppStatusOk;
+    int order = 2;
+    while (1 << order <= state.tapsLen) ++order;
+    ++order;  // at most 27, for a tapsLen whose state size is an int
+    if (const ZppStatus error = F::initFft(&state.spec, order, kDivideInverse, 0)) return error;
+    state.ownedSpec = state.spec;
+    state.fftLen = 1 << order;
+    return F::fftBufSize(state.spec, &bufSize);
+}
 
 // The spectrum of the taps, from the taps of the state.
 template <class F>
@@ -131,18 +97,6 @@ void dropFft(ZppsFIRState* state) {
 }
 
 template <class F>
-ZppStatus addFft(ZppsFIRState* state, const Fft& fft, Areas& areas) {
-    const uint64_t blockBytes = areaBytes<F>(static_cast<uint64_t>(fft.len));
-    state->spec = state->ownedSpec = fft.spec;
-    state->fftLen = fft.len;
-    areas.align(kFftAlignment);
-    state->spectrum = areas.take(blockBytes);
-    state->block = areas.take(blockBytes);
-    if (fft.bufSize > 0) state->fftBuffer = areas.take(static_cast<uint64_t>(fft.bufSize));
-    return transformTaps<F>(state);
-}
-
-template <class F>
 ZppStatus checkTapsLen(int tapsLen) {
     return firstError(require(tapsLen > 0, zppStatusFirLength),
                       require(tapsLen <= 0 || bufferBytes<F>(tapsLen) <= INT_MAX, zppStatusSizeError));
@@ -160,9 +114,8 @@ ZppStatus init(ZppsFIRState** ppState, const typename F::Sample* pTaps, int taps
                const typename F::Data* pDlyLine, Zpp8u* pBuffer) {
     if (const ZppStatus error = firstError(checkPointers(ppState, pTaps, pBuffer), checkTapsLen<F>(tapsLen)))
         return error;
-    Areas areas(pBuffer);
-    areas.align(kStateAlignment);
-    *ppState = build<F>(areas, pTaps, tapsLen, pDlyLine);
+    *ppState = placeObject(headerOf<F>(tapsLen), kBufferAlignment, pBuffer, areasOf<F>());
+    setContents<F>(*ppState, pTaps, pDlyLine);
     return zppStatusOk;
 }
 
@@ -171,26 +124,24 @@ ZppStatus initAlloc(ZppsFIRState** ppState, const typename F::Sample* pTaps, int
                     const typename F::Data* pDlyLine) {
     if (const ZppStatus error = firstError(checkPointers(ppState, pTaps), checkTapsLen<F>(tapsLen)))
         return error;
-    Fft fft;
-    if (const ZppStatus error = fft.init<F>(tapsLen)) return error;
-    const uint64_t bytes = stateBytes<F>(tapsLen) + fft.bytes<F>();
-    void* block = bytes <= PTRDIFF_MAX ? allocateAligned(static_cast<size_t>(bytes)) : nullptr;
-    if (block == nullptr) {
-        if (fft.spec != nullptr) F::freeFft(fft.spec);
-        return zppStatusAllocationFailed;
+    ZppsFIRState header = headerOf<F>(tapsLen);
+    header.allocated = 1;
+    int fftBufSize = 0;
+    ZppStatus error = addFft<F>(header, fftBufSize);
+    ZppsFIRState* state = error == zppStatusOk ? allocateObject(header, areasOf<F>(fftBufSize)) : nullptr;
+    if (state != nullptr) {
+        setContents<F>(state, pTaps, pDlyLine);
+        if (state->spec != nullptr) error = transformTaps<F>(state);
+    } else if (error == zppStatusOk) {
+        error = zppStatusAllocationFailed;
     }
-    Areas areas(block);
-    ZppsFIRState* state = build<F>(areas, pTaps, tapsLen, pDlyLine);
-    state->allocated = 1;
-    if (fft.spec != nullptr) {
-        if (const ZppStatus error = addFft<F>(state, fft, areas)) {
-            F::freeFft(fft.spec);
-            freeAligned(block);
-            return error;
-        }
+    if (error == zppStatusOk) {
+        *ppState = state;
+    } else {
+        if (header.spec != nullptr) F::freeFft(header.spec);
+        releaseObject(state);
     }
-    *ppState = state;
-    return zppStatusOk;
+    return error;
 }
 
 template <class F>
@@ -204,8 +155,7 @@ ZppStatus release(ZppsFIRState* pState) {
     if (const ZppStatus error = checkState<F>(pState)) return error;
     if (pState->allocated == 0) return zppStatusOk;
     if (pState->ownedSpec != nullptr) F::freeFft(pState->ownedSpec);
-    pState->id = 0;
-    freeAligned(pState);
+    releaseObject(pState);
     return zppStatusOk;
 }
 

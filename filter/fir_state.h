@@ -2,16 +2,15 @@
 #pragma once
 
 #include "arith/exports.h"
-#include "core/checks.h"
+#include "core/areas.h"
 #include "core/loops.h"
 #include "core/move.h"
 #include "filter/exports.h"
 #include "transform/exports.h"
 
-// The areas behind the header begin on multiples of 16 bytes: the taps, last one first; the delay buffer of
-// 3 tapsLen + 4 elements, with the delay line from delayPosition on, oldest sample first; the work area; for
-// the FFT path then the transform's buffer, the spectrum of the taps and the block that is transformed.
-// Everything is of double precision.
+// The areas behind the header: the taps, last one first; the delay buffer of 3 tapsLen + 4 elements, with the
+// delay line from delayPosition on, oldest sample first; the work area; for the FFT path then the spectrum of
+// the taps, the block that is transformed and the transform's buffer. Everything is of double precision.
 struct ZppsFIRState {
     int32_t id;
     void* taps;
@@ -34,15 +33,13 @@ static_assert(sizeof(ZppsFIRState) == (sizeof(void*) == 4 ? 112 : 208));
 
 namespace zpp::ZPP_ISA {
 
-inline constexpr size_t kWorkElements = 4096;
-
 // The type pairs. Sample is the type of the taps, of the delay line inside the state and of all arithmetic;
-// Data that of the signal. kBufferSlack bytes of a caller's buffer are there to align the state in it;
-// complex states have none, and the last element of their work area is not used.
+// Data that of the signal. kBufferSlack bytes of a caller's buffer are there to align the state in it.
 struct Fir64f {
     using Sample = Zpp64f;
     using Data = Zpp64f;
     static constexpr int32_t kSingleRate = 0x46493133, kMultiRate = 0x46493135;
+    static constexpr size_t kWorkElements = 4096;
     static constexpr size_t kBufferSlack = 15;
     static constexpr int kFftTaps = 32;  // with fewer there is no FFT path
 
@@ -58,7 +55,8 @@ struct Fir64fc {
     using Sample = Zpp64fc;
     using Data = Zpp64fc;
     static constexpr int32_t kSingleRate = 0x46493134, kMultiRate = 0x46493136;
-    static constexpr size_t kBufferSlack = 0;
+    static constexpr size_t kWorkElements = 4095;
+    static constexpr size_t kBufferSlack = 16;
     static constexpr int kFftTaps = 16;
 
     static constexpr auto initFft = zppsFFTInitAlloc_C_64fc;

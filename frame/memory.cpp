@@ -1,30 +1,22 @@
 #include "frame/memory.h"
 
+#include <stdint.h>
 #include <stdlib.h>
 #include <string.h>
-
-#include "frame/shared.h"
 
 namespace zpp {
 namespace {
 
-constexpr size_t kAlignment = 32;
 // The word just below the block holds the address that the heap gave.
-constexpr size_t kOverhead = kAlignment + sizeof(void*);
-
-template <class Element>
-Element* allocateVector(int len) {
-    if (len <= 0 || static_cast<size_t>(len) > (SIZE_MAX - kOverhead) / sizeof(Element)) return nullptr;
-    return static_cast<Element*>(allocateAligned(static_cast<size_t>(len) * sizeof(Element)));
-}
+constexpr size_t kOverhead = kBlockAlignment + sizeof(void*);
 
 }  // namespace
 
-void* allocateAligned(size_t bytes) {
+void* allocateAligned(unsigned long long bytes) {
     if (bytes > SIZE_MAX - kOverhead) return nullptr;
-    void* raw = malloc(bytes + kOverhead);
+    void* raw = malloc(static_cast<size_t>(bytes) + kOverhead);
     if (raw == nullptr) return nullptr;
-    const uintptr_t address = (reinterpret_cast<uintptr_t>(raw) + kOverhead - 1) & ~(kAlignment - 1);
+    const uintptr_t address = (reinterpret_cast<uintptr_t>(raw) + kOverhead - 1) & ~(kBlockAlignment - 1);
     void* block = reinterpret_cast<void*>(address);
     memcpy(static_cast<char*>(block) - sizeof raw, &raw, sizeof raw);
     return block;
@@ -38,13 +30,3 @@ void freeAligned(void* block) {
 }
 
 }  // namespace zpp
-
-namespace zpp::shared {
-
-Zpp32s* zppsMalloc_32s(int len) { return allocateVector<Zpp32s>(len); }
-Zpp64f* zppsMalloc_64f(int len) { return allocateVector<Zpp64f>(len); }
-Zpp32sc* zppsMalloc_32sc(int len) { return allocateVector<Zpp32sc>(len); }
-Zpp64fc* zppsMalloc_64fc(int len) { return allocateVector<Zpp64fc>(len); }
-void zppsFree(void* ptr) { freeAligned(ptr); }
-
-}  // namespace zpp::shared

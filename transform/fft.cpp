@@ -1,33 +1,9 @@
 // FFT transforms.
-#include "core/checks.h"
 #include "core/move.h"
-#include "frame/memory.h"
 #include "transform/fft_real.h"
 
 namespace zpp::ZPP_ISA {
 namespace {
-
-// The work buffer of a call: on the stack where none is needed, the caller's, or one of its own.
-class WorkBuffer {
-  public:
-    WorkBuffer(const ZppsFFTSpec* spec, Zpp8u* caller, double* stack) : work_(stack) {
-        if (spec->bufSize == 0) return;
-        if (caller == nullptr) own_ = allocateAligned(static_cast<size_t>(spec->bufSize));
-        void* block = caller != nullptr ? caller : own_;
-        work_ = block != nullptr ? alignedTo(block, kBufferAlignment) : nullptr;
-    }
-    ~WorkBuffer() {
-        if (own_ != nullptr) freeAligned(own_);
-    }
-    WorkBuffer(const WorkBuffer&) = delete;
-    WorkBuffer& operator=(const WorkBuffer&) = delete;
-
-    double* data() const { return work_; }
-
-  private:
-    void* own_ = nullptr;
-    double* work_;
-};
 
 // Narrower vectors serve short lengths only.
 template <class In, class Out>
@@ -61,13 +37,14 @@ void transformInterleaved(const double* src, double* dst, int order, double* wor
 inline double forwardScale(const ZppsFFTSpec* spec) { return spec->fwdNorm != 0 ? spec->scale : 1.0; }
 inline double inverseScale(const ZppsFFTSpec* spec) { return spec->invNorm != 0 ? spec->scale : 1.0; }
 
-// Calls body(work) with the work buffer of the call.
+// Calls body(work) with the work buffer of the call, which is on the stack where the caller need not give one.
 template <class Body>
 ZPP_INLINE ZppStatus withWork(const ZppsFFTSpec* spec, Zpp8u* pBuffer, Body body) {
-    alignas(kBufferAlignment) double stack[size_t{2} << kMaxStackOrder];
-    const WorkBuffer work(spec, pBuffer, stack);
-    if (work.data() == nullptr) return zppStatusAllocationFailed;
-    body(work.data());
+    alignas(kBlockAlignment) double stack[size_t{2} << kMaxStackOrder];
+    const WorkBuffer buffer(pBuffer, spec->bufSize);
+    double* work = spec->bufSize == 0 ? stack : buffer.from<double>(kBlockAlignment);
+    if (work == nullptr) return zppStatusAllocationFailed;
+    body(work);
     return zppStatusOk;
 }
 

@@ -7,31 +7,27 @@
 namespace zpp::ZPP_ISA {
 namespace {
 
-// Hands out parts of a block, or without one only counts what they need.
-class Arena {
-  public:
-    explicit Arena(double* block) : block_(block) {}
-    double* take(size_t doubles) {
-        double* part = block_ != nullptr ? block_ + used_ : nullptr;
-        used_ += (doubles + 7) & ~size_t{7};
-        return part;
-    }
-    size_t used() const { return used_; }
-
-  private:
-    double* block_;
-    size_t used_ = 0;
-};
+// What the orders 0 to 3 need instead of tables: the first tables of orders 2 and 3 for vectors of two, which
+// is what they run in where there are vectors, and the roots of order 3 as pairs. The signs of the zeros are
+// those of the tables.
+constexpr int kMaxOrderWithoutTables = 3;
+constexpr double kHalfRoot = 0.70710678118654752440;
+constexpr double kFirstOf4[] = {1, -0.0, -0.0, -1};
+constexpr double kFirstOf8[] = {1, kHalfRoot, -0.0, -kHalfRoot, -0.0, -kHalfRoot, -1, -kHalfRoot};
+constexpr double kRootsOf8[] = {1, -0.0, kHalfRoot, -kHalfRoot, -0.0, -1, -kHalfRoot, -kHalfRoot};
 
 inline void put(double* p, Complex<double> w) {
     p[0] = w.re;
     p[1] = w.im;
 }
 
-double* firstTable(Arena& arena, const Roots* roots, int order, bool complexOrder) {
+// The tables are taken, and filled where there are roots to fill them with.
+
+const double* firstTable(Areas& areas, const Roots* roots, int order, bool complexOrder) {
+    if (order <= kMaxOrderWithoutTables) return order == 3 ? kFirstOf8 : kFirstOf4;
     const size_t width = static_cast<size_t>(transformWidth(order));
     const size_t columns = (size_t{1} << order) / width;
-    double* table = arena.take(2 * columns * (width - 1));
+    double* table = areas.take<double>(2 * columns * (width - 1));
     if (roots == nullptr) return table;
     double* p = table;
     for (size_t i = 0; i < columns; i += width)
@@ -45,8 +41,8 @@ double* firstTable(Arena& arena, const Roots* roots, int order, bool complexOrde
     return table;
 }
 
-double* passTable(Arena& arena, const Roots* roots, int order) {
-    double* table = arena.take(passTableSize(size_t{1} << order));
+double* passTable(Areas& areas, const Roots* roots, int order) {
+    double* table = areas.take<double>(passTableSize(size_t{1} << order));
     if (roots == nullptr) return table;
     double* out = table;
     for (size_t n = size_t{1} << order; n > 8;) {
@@ -59,11 +55,13 @@ double* passTable(Arena& arena, const Roots* roots, int order) {
     return table;
 }
 
-SplitRoots splitTable(Arena& arena, const Roots* roots, int order, int fineOrder) {
+SplitRoots splitTable(Areas& areas, const Roots* roots, int order) {
+    if (order <= kMaxOrderWithoutTables) return {order, kMaxOrderWithoutTables, kRootsOf8, kRootsOf8};
+    const int fineOrder = order / 2 < 3 ? 3 : order / 2;  // at least one vector long
     const size_t fine = size_t{1} << fineOrder;
     const size_t coarse = order > fineOrder ? size_t{1} << (order - fineOrder) : 1;
-    double* finePart = arena.take(2 * fine);
-    double* coarsePart = arena.take(2 * coarse);
+    double* finePart = areas.take<double>(2 * fine);
+    double* coarsePart = areas.take<double>(2 * coarse);
     if (roots != nullptr) {
         for (size_t i = 0; i < fine; ++i) put(finePart + 2 * i, roots->at(i, order));
         for (size_t i = 0; i < coarse; ++i) put(coarsePart + 2 * i, roots->at(i << fineOrder, order));
@@ -71,33 +69,35 @@ SplitRoots splitTable(Arena& arena, const Roots* roots, int order, int fineOrder
     return {order, fineOrder, finePart, coarsePart};
 }
 
-// The fine part of split roots that vectors are loaded from: at least one vector long.
-inline int fineOrderOf(int order) { return order / 2 < 3 ? 3 : order / 2; }
-
-FftTables complexTables(Arena& arena, const Roots* roots, int order, bool complexOrder) {
+FftTables complexTables(Areas& areas, const Roots* roots, int order, bool complexOrder) {
     FftTables t{};
     t.order = order > kMaxBufferOrder ? kMaxBufferOrder : order;
     if (order <= kMaxPlainOrder) {
         int columnOrder = order;
         for (int width = transformWidth(order); width > 1; width /= 2) --columnOrder;
-        t.first = firstTable(arena, roots, order, complexOrder);
-        t.columns[0] = passTable(arena, roots, columnOrder);
+        t.first = firstTable(areas, roots, order, complexOrder);
+        t.columns[0] = passTable(areas, roots, columnOrder);
         return t;
     }
     const LargeScratch s = largeScratch(t.order);
-    t.columns[0] = passTable(arena, roots, s.columnOrder);
-    t.columns[1] = s.rowOrder == s.columnOrder ? t.columns[0] : passTable(arena, roots, s.rowOrder);
-    t.roots = splitTable(arena, roots, t.order, fineOrderOf(t.order));
-    for (int i = t.order + 1; i <= order; ++i)
-        t.huge[i - t.order - 1] = splitTable(arena, roots, i, fineOrderOf(i));
+    t.columns[0] = passTable(areas, roots, s.columnOrder);
+    t.columns[1] = s.rowOrder == s.columnOrder ? t.columns[0] : passTable(areas, roots, s.rowOrder);
+    t.roots = splitTable(areas, roots, t.order);
+    t.huge = areas.take<SplitRoots>(static_cast<uint64_t>(order - t.order));
+    for (int i = t.order + 1; i <= order; ++i) {
+        const SplitRoots huge = splitTable(areas, roots, i);
+        if (t.huge != nullptr) t.huge[i - t.order - 1] = huge;
+    }
     return t;
 }
 
-void makeTables(ZppsFFTSpec* spec, Arena& arena, const Roots* roots) {
-    const bool real = spec->id == kRealSpec;
-    const int complexOrder = real && spec->order > 0 ? spec->order - 1 : spec->order;
-    spec->complex = complexTables(arena, roots, complexOrder, spec->id != kSplitSpec);
-    if (real) spec->real = splitTable(arena, roots, spec->order, fineOrderOf(spec->order));
+auto tablesOf(const Roots* roots) {
+    return [=](Areas& areas, ZppsFFTSpec& spec) {
+        const bool real = spec.id == kRealSpec;
+        const int complexOrder = real && spec.order > 0 ? spec.order - 1 : spec.order;
+        spec.complex = complexTables(areas, roots, complexOrder, spec.id != kSplitSpec);
+        if (real) spec.real = splitTable(areas, roots, spec.order);
+    };
 }
 
 // Bytes of work buffer, with room to align it; complex orders up to kMaxStackOrder need none.
@@ -105,60 +105,53 @@ int workSize(int order) {
     if (order <= kMaxStackOrder) return 0;
     if (order > kMaxBufferOrder) order = kMaxBufferOrder;
     const size_t doubles = order > kMaxPlainOrder ? largeScratch(order).total : size_t{2} << order;
-    return static_cast<int>(doubles * sizeof(double) + kBufferAlignment);
+    return static_cast<int>(doubles * sizeof(double) + kBlockAlignment);
 }
 
 // Sets the normalisation of a flag; false for a flag that does not exist.
-bool setNormalisation(ZppsFFTSpec* spec, int flag) {
+bool setNormalisation(ZppsFFTSpec& spec, int flag) {
     const DoublePrecision precision;
-    const double length = stored(static_cast<double>(size_t{1} << spec->order));
-    spec->fwdNorm = flag == 1 || flag == 4;
-    spec->invNorm = flag == 2 || flag == 4;
-    if (spec->fwdNorm != 0 || spec->invNorm != 0)
-        spec->scale = reciprocal(flag == 4 ? stored(__builtin_sqrt(length)) : length);
+    const double length = stored(static_cast<double>(size_t{1} << spec.order));
+    spec.fwdNorm = flag == 1 || flag == 4;
+    spec.invNorm = flag == 2 || flag == 4;
+    if (spec.fwdNorm != 0 || spec.invNorm != 0)
+        spec.scale = reciprocal(flag == 4 ? stored(__builtin_sqrt(length)) : length);
     return flag == 1 || flag == 2 || flag == 4 || flag == 8;
 }
 
-bool buildTables(ZppsFFTSpec* spec) {
+// False where memory is short.
+bool fillTables(ZppsFFTSpec* spec) {
+    if (spec->order <= kMaxOrderWithoutTables) return true;
     const Roots roots(spec->order);
     if (!roots.allocated()) return false;
-    Arena size(nullptr);
-    makeTables(spec, size, nullptr);
-    spec->memory = allocateAligned(size.used() * sizeof(double) + kBufferAlignment);
-    if (spec->memory == nullptr) return false;
-    Arena arena(alignedTo(spec->memory, kBufferAlignment));
-    makeTables(spec, arena, &roots);
+    placeObject(*spec, kBlockAlignment, spec, tablesOf(&roots));
     return true;
 }
 
 ZppStatus initSpec(ZppsFFTSpec** ppSpec, int order, int flag, int hint, SpecKind kind) {
     const ZppStatus range = require(order >= 0 && order <= kMaxOrder, zppStatusFftOrder);
     if (const ZppStatus error = firstError(checkPointers(ppSpec), range)) return error;
-    ZppsFFTSpec* spec = static_cast<ZppsFFTSpec*>(allocateAligned(sizeof(ZppsFFTSpec)));
+    ZppsFFTSpec header{};
+    header.id = kind;
+    header.order = order;
+    header.hint = hint;
+    header.bufSize = workSize(kind == kRealSpec ? order - 1 : order);
+    const bool flagKnown = setNormalisation(header, flag);
+    ZppsFFTSpec* spec = allocateObject(header, tablesOf(nullptr));
     if (spec == nullptr) return zppStatusAllocationFailed;
-    *spec = ZppsFFTSpec{};
-    spec->id = kind;
-    spec->order = order;
-    spec->hint = hint;
-    ZppStatus error = require(setNormalisation(spec, flag), zppStatusFftFlag);
-    if (error == zppStatusOk) error = require(buildTables(spec), zppStatusAllocationFailed);
-    if (error != zppStatusOk) {
-        freeAligned(spec->memory);
-        freeAligned(spec);
-        return error;
-    }
-    spec->bufSize = workSize(kind == kRealSpec ? order - 1 : order);
-    *ppSpec = spec;
-    return zppStatusOk;
+    ZppStatus error = require(flagKnown, zppStatusFftFlag);
+    if (error == zppStatusOk) error = require(fillTables(spec), zppStatusAllocationFailed);
+    if (error == zppStatusOk)
+        *ppSpec = spec;
+    else
+        releaseObject(spec);
+    return error;
 }
 
 ZppStatus freeSpec(ZppsFFTSpec* spec, SpecKind kind) {
-    if (const ZppStatus error = checkSpec(spec, kind)) return error;
-    freeAligned(spec->memory);
-    // Through volatile, or the store before the release would be dropped.
-    *const_cast<volatile int32_t*>(&spec->id) = 0;
-    freeAligned(spec);
-    return zppStatusOk;
+    const ZppStatus error = checkSpec(spec, kind);
+    if (error == zppStatusOk) releaseObject(spec);
+    return error;
 }
 
 ZppStatus getBufSize(const ZppsFFTSpec* spec, int* pSize, SpecKind kind) {

@@ -1,7 +1,10 @@
-// Stands between the library and the heap: makes any of its allocations fail, and counts what it holds.
+// Stands between the library and its allocator: makes any allocation fail, counts the blocks that the library
+// holds, and looks after the memory around them. A test fails that leaves blocks behind, or whose calls wrote
+// outside one.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 namespace zpp::test {
 
@@ -12,7 +15,10 @@ class FailingHeap {
     ~FailingHeap();
 };
 
-// Blocks that were allocated and not freed since the program began, by the library and by the tests alike.
+// Blocks that the library has allocated and not released since the program began.
 long liveBlocks();
+
+// The identifier word of the block that was released last, as it was then.
+std::int32_t lastReleasedIdentifier();
 
 }  // namespace zpp::test
