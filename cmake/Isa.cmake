@@ -1,5 +1,6 @@
 # The ISA builds of the target: the family files are compiled once for each, into the namespace of its name.
-# What frame/cpu.cpp asks the processor for must cover the flags that stand here.
+# What frame/cpu.cpp asks the processor for must cover the flags that stand here. Each build names its -march, so that
+# one in CMAKE_CXX_FLAGS is without effect.
 set(ZPP_FLAGS_x87 -march=i586 -mfpmath=387)
 set(ZPP_FLAGS_sse -march=pentium3)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
@@ -23,6 +24,8 @@ if(ZPP_ARCH STREQUAL "i386")
     set(ZPP_FLAGS_frame -march=i586 -mfpmath=387)
 else()
     set(ZPP_ISAS sse2 avx2 avx512)
-    set(ZPP_FLAGS_sse2)
-    set(ZPP_FLAGS_frame)
+    set(ZPP_FLAGS_sse2 -march=x86-64)
+    list(PREPEND ZPP_FLAGS_avx2 -march=x86-64)
+    list(PREPEND ZPP_FLAGS_avx512 -march=x86-64)
+    set(ZPP_FLAGS_frame -march=x86-64)
 endif()

@@ -19,8 +19,17 @@ endif()
 # No automatic vectors: the kernels are written in vectors, and GCC 12 turns pairs of a product and a sum into fused
 # vfmaddsub even without contraction.
 # No trapping math: the library reads no exception flags, and comparisons may become masks.
+#
+# The project that the library is a part of may ask for other code. Here these options come after its own, and take back
+# what would make the library another one: fast arithmetic; a build type without optimisation, with which kernels, made
+# of small functions, take 10 to 25 times as long; -O3, which vectorises the tails of what is vectorised by hand; and
+# optimisation at link time, where the code of the ISA builds, that must stay apart, becomes one program, the tests of
+# the objects (tests/load/object_code.py) see none of it, and the assembler's option of 64-bit Windows is forgotten.
+set(CMAKE_INTERPROCEDURAL_OPTIMIZATION OFF)
 add_library(zpp_options INTERFACE)
 target_compile_options(zpp_options INTERFACE
+    $<$<AND:$<COMPILE_LANGUAGE:CXX>,$<BOOL:${ZPP_OPTIMIZE}>>:-O2>
+    $<$<COMPILE_LANGUAGE:CXX>:-fno-fast-math -fno-unsafe-math-optimizations -fno-lto>
     $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>
     $<$<COMPILE_LANGUAGE:CXX>:-ffp-contract=off -fno-trapping-math -fno-math-errno>
     $<$<COMPILE_LANGUAGE:CXX>:-fno-tree-vectorize -fno-tree-slp-vectorize>
@@ -33,4 +42,3 @@ if(ZPP_ARCH STREQUAL "i386")
         $<$<NOT:$<COMPILE_LANG_AND_ID:CXX,GNU>>:$<$<COMPILE_LANGUAGE:CXX>:-mstackrealign>>
         $<$<COMPILE_LANGUAGE:CXX>:-mno-mmx>)
 endif()
-target_include_directories(zpp_options INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)

@@ -32,6 +32,9 @@
     .type \symbol, @function
     .size \symbol, . - \symbol
 .endm
+#elif defined ZPP_STATIC
+.macro export name, symbol
+.endm
 #else
 /* The linker reads the names to export, undecorated, in this section. */
 .macro export name, symbol

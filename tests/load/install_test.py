@@ -1,7 +1,10 @@
-"""Installs the library into a prefix, moves the prefix, and builds and runs programs of the consumer folder with it.
+"""Tests the library in the hands of other projects.
 
-    install_test.py CMAKE SOURCE BINARY VERSION C_COMPILER CXX_COMPILER [C and C++ flags]
+    install_test.py package|parent|refusals CMAKE SOURCE BINARY VERSION C_COMPILER CXX_COMPILER [C and C++ flags]
 
+"package" installs it into a prefix, moves the prefix, and builds and runs programs of the consumer folder with it.
+"parent" does the same as a part of the project in the parent folder, once as a shared and once as a static library.
+"refusals" configures it with what it cannot be built by.
 RUNNER in the environment is the command that runs programs of Windows, its words separated by bars.
 """
 import os
@@ -10,9 +13,10 @@ import subprocess
 import sys
 import tempfile
 
-CMAKE, SOURCE, BINARY, VERSION, C, CXX, *FLAGS = sys.argv[1:]
+MODE, CMAKE, SOURCE, BINARY, VERSION, C, CXX, *FLAGS = sys.argv[1:]
 FLAGS = " ".join(FLAGS).split()
-CONSUMER = os.path.join(SOURCE, "tests", "load", "consumer")
+CONSUMER, PARENT = (os.path.join(SOURCE, "tests", "load", name) for name in ("consumer", "parent"))
+GENERATOR = "Ninja" if shutil.which("ninja") else "Unix Makefiles"
 RUNNER = [word for word in os.environ.get("RUNNER", "").split("|") if word]
 WINDOWS = bool(RUNNER)
 SUFFIX = ".exe" if WINDOWS else ""
@@ -68,7 +72,7 @@ def beside_the_library(prefix, program):
 
 def with_cmake(prefix, build):
     windows = ["-DCMAKE_SYSTEM_NAME=Windows", "-DCMAKE_EXE_LINKER_FLAGS=-static"] if WINDOWS else []
-    out = run(CMAKE, "-S", CONSUMER, "-B", build, "-G", "Ninja" if shutil.which("ninja") else "Unix Makefiles",
+    out = run(CMAKE, "-S", CONSUMER, "-B", build, "-G", GENERATOR,
               f"-DCMAKE_PREFIX_PATH={prefix}", f"-DCMAKE_C_COMPILER={C}", f"-DCMAKE_CXX_COMPILER={CXX}",
               f"-DCMAKE_C_FLAGS={' '.join(FLAGS)}", f"-DCMAKE_CXX_FLAGS={' '.join(FLAGS)}", *windows)
     if f"found zpp {VERSION} in {prefix}" not in out:
@@ -93,18 +97,71 @@ def with_pkg_config(prefix, build, tool):
         runs_right(beside_the_library(prefix, program))
 
 
-def main():
-    with tempfile.TemporaryDirectory() as folder:
-        first, prefix = os.path.join(folder, "first"), os.path.join(folder, "moved", "prefix")
-        run(CMAKE, "--install", BINARY, "--prefix", first)
-        shutil.move(first, prefix)
-        check_files(prefix)
-        with_cmake(prefix, os.path.join(folder, "build"))
-        tool = shutil.which("pkg-config")
-        if tool is None:
-            print("skipped: pkg-config is not installed; zpp.pc was not tested, the rest passed")
-            sys.exit(77)
-        with_pkg_config(prefix, folder, tool)
+def with_every_tool(prefix, folder):
+    with_cmake(prefix, os.path.join(folder, "build"))
+    tool = shutil.which("pkg-config")
+    if tool is None:
+        print("skipped: pkg-config is not installed; zpp.pc was not tested, the rest passed")
+        sys.exit(77)
+    with_pkg_config(prefix, folder, tool)
 
 
-main()
+def package(folder):
+    first, prefix = os.path.join(folder, "first"), os.path.join(folder, "moved", "prefix")
+    run(CMAKE, "--install", BINARY, "--prefix", first)
+    shutil.move(first, prefix)
+    check_files(prefix)
+    with_every_tool(prefix, folder)
+
+
+def code(library):
+    """The instructions of a library, as bytes."""
+    run("objcopy", "-O", "binary", "--only-section=.text", library, library + ".text")
+    with open(library + ".text", "rb") as text:
+        return text.read()
+
+
+def parent(folder):
+    """Compares the code, to the byte: a flag of the parent that reaches the library shows in it, whatever it does."""
+    build, compiled = os.path.join(folder, "parent-build"), None
+    own = shutil.copy(os.path.join(BINARY, f"libzpp.so.{VERSION}"), folder)
+    for kind, shared in (("shared, by FetchContent", "ON"), ("static, by add_subdirectory", "OFF")):
+        prefix = os.path.join(folder, shared)
+        run(CMAKE, "-S", PARENT, "-B", build, "-G", GENERATOR, f"-DZPP={SOURCE}", f"-DBUILD_SHARED_LIBS={shared}",
+            f"-DCMAKE_C_COMPILER={C}", f"-DCMAKE_CXX_COMPILER={CXX}", f"-DFLAGS={' '.join(FLAGS)}")
+        run(CMAKE, "--build", build)
+        if shared == "ON":
+            if code(os.path.join(build, "zpp", os.path.basename(own))) != code(own):
+                sys.exit("the library has other code as a part of the parent project")
+            print("the parent's library has the code of this build")
+        runs_right(os.path.join(build, "consumer"))
+        run(CMAKE, "--install", build, "--prefix", prefix)
+        shutil.move(build, build + ".away")  # the installed program has to find the installed library
+        runs_right(os.path.join(prefix, "bin", "consumer"))
+        shutil.move(build + ".away", build)
+        print(f"{kind}: right in the build and installed")
+    with_every_tool(prefix, folder)
+
+
+REFUSALS = [  # what is refused, flags that make one of the compiler at hand, and what the message says
+    ("another compiler", ["-DCMAKE_CXX_COMPILER_ID=MSVC", "-DCMAKE_CXX_COMPILER_FORCED=ON"], "this is MSVC."),
+    ("clang-cl", ["-DCMAKE_CXX_SIMULATE_ID=MSVC", "-DCMAKE_CXX_COMPILER_ID=Clang", "-DCMAKE_CXX_COMPILER_FORCED=ON"],
+     "this is Clang in the manner of MSVC."),
+    ("another processor", ["-DCMAKE_CXX_FLAGS=-U__x86_64__ -U__i386__"], "this is a processor that is not x86."),
+    ("x32", ["-DCMAKE_CXX_FLAGS=-U__i386__ -D__x86_64__ -D__ILP32__"], "this is the x32 ABI."),
+    ("another system", ["-DCMAKE_CXX_FLAGS=-U__ELF__ -U__MINGW32__"], "this is a system without ELF that is not MinGW."),
+]
+
+
+def refusals(folder):
+    for number, (what, flags, message) in enumerate(REFUSALS):
+        done = subprocess.run([CMAKE, "-S", SOURCE, "-B", os.path.join(folder, str(number)), "-G", GENERATOR,
+                               f"-DCMAKE_C_COMPILER={C}", f"-DCMAKE_CXX_COMPILER={CXX}", *flags],
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        if done.returncode == 0 or done.stderr.count("CMake Error") != 1 or message not in " ".join(done.stderr.split()):
+            sys.exit(f"{what}: status {done.returncode}\n{done.stdout}{done.stderr}")
+        print(f"{what}: {message}")
+
+
+with tempfile.TemporaryDirectory() as place:
+    {"package": package, "parent": parent, "refusals": refusals}[MODE](place)

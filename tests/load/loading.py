@@ -5,6 +5,7 @@ import shlex
 import shutil
 import subprocess
 import sys
+import tempfile
 
 SKIPPED = 77
 REFUSAL = "Set zpp library error\n No zpp matching to CPU was found during the Waterfall\n"
@@ -78,6 +79,22 @@ def opened(*program):
     return expect_answers(program, 0, "px", visits=2)
 
 
+def static(refused, library, source, headers, emulator, *compiler):
+    """A program that a user links by hand, in the ways in which the linker might leave the routine that binds behind."""
+    emulator = [word for word in emulator.split("|") if word]
+    faults = []
+    with tempfile.TemporaryDirectory() as folder:
+        for number, flags in enumerate((["-static"], ["-O2"], ["-ffunction-sections", "-Wl,--gc-sections"])):
+            program = os.path.join(folder, f"{number}.exe")
+            status, out, error = run(*compiler, *flags, "-I", headers, source, library, "-lm", "-o", program)
+            faults += expect_answers([*emulator, program], 0, "px") if status == 0 else [out + error]
+    if not emulator:
+        return faults + expect_refusal(refused)
+    os.environ.pop("DISPLAY", None)  # the message box, which the DLL's test shows and reads, would wait for its button
+    got = run(*emulator, refused)[:2]
+    return faults + ([] if got == (127, "") else [f"{refused}: not refused: {got}"])
+
+
 def refused(program, client, library):
     return expect_refusal(program) + expect_refusal(client, library)
 
@@ -124,7 +141,7 @@ def emulated(program, incomplete):
 
 
 if __name__ == "__main__":
-    checks = (linked, opened, refused, message_box, emulated)
+    checks = (linked, opened, static, refused, message_box, emulated)
     faults = {check.__name__: check for check in checks}[sys.argv[1]](*sys.argv[2:])
     print(*faults, sep="\n", end="\n" if faults else "")
     sys.exit(1 if faults else 0)

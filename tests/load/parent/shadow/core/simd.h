@@ -1,0 +1,1 @@
+#error "a header of the parent project stands in the place of one of the library"
