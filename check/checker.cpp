@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "tests/support/heap.h"
 #include "zpp.h"
 
 // There where a sanitizer is linked, which ends the program at its first finding.
@@ -53,8 +54,10 @@ Checker::Checker(const Options& options) : options_(options) {
 void Checker::bind(const test::Binding& binding) const {
     binding.bind();
     currentBinding = binding;
-    if (planted_ != nullptr && binding.name() != referenceBinding().name())
-        *planted_->record->slot = plantedEntry_;
+    if (planted_ == nullptr) return;
+    const Entry entry = binding.name() == referenceBinding().name() ? plantedReference_ : plantedEntry_;
+    displaced = *planted_->record->slot;
+    if (entry != nullptr) *planted_->record->slot = entry;
 }
 
 void Checker::report(const Function& f, const test::Binding* binding, const std::string& text, int length,
@@ -80,34 +83,26 @@ Outcome Checker::call(const Function& f, const Inputs& in, const Layout& layout)
     return perform(f, in, layout);
 }
 
-// A new export must not escape.
-bool Checker::deducible(const Function& f) {
-    if (f.result != "ZppStatus") {
-        report(f, nullptr, "no check for its result " + f.result + ": see check/rules.cpp");
-        return false;
-    }
-    for (const Argument& a : f.arguments)
-        if (a.role == Role::kUnknown) {
-            report(f, nullptr, "nothing is known of its argument " + a.name + ": see check/prototype.cpp");
-            return false;
-        }
-    return true;
-}
-
 void Checker::check(const Function& f) {
-    if (const OwnCheck own = ownCheckOf(f)) {
-        for (const test::Binding& binding : bindings_) {
-            bind(binding);
-            ++calls_;
-            const std::string complaint = own(f, binding.columnName());
-            if (!complaint.empty()) report(f, &binding, complaint);
-        }
-        return;
-    }
-    if (!deducible(f)) return;
+    const std::string missing = missingRule(f);  // a new export must not escape
+    if (!missing.empty()) return report(f, nullptr, "cannot be checked: " + missing);
+    if (const OwnCheck* own = ownCheckOf(f)) return checkAsItsOwn(f, *own);
     for (const int length : lengthsOf(f))
         if (options_.length == 0 || options_.length == length) checkLength(f, length);
     checkErrors(f);
+    checkFailingHeap(f);
+}
+
+void Checker::checkAsItsOwn(const Function& f, const OwnCheck& own) {
+    for (const test::Binding& binding : bindings_) {
+        bind(binding);
+        ++calls_;
+        const long before = test::liveBlocks();
+        std::string complaint = own.check(f, binding.columnName());
+        if (complaint.empty() && test::liveBlocks() != before)
+            complaint = "leaves blocks of memory allocated";
+        if (!complaint.empty()) report(f, &binding, complaint);
+    }
 }
 
 void Checker::checkLength(const Function& f, int length) {
@@ -139,12 +134,18 @@ bool Checker::checkLayouts(const Function& f, const Inputs& in, const Outcome& r
         char details[128];
         std::snprintf(details, sizeof details,
                       "length %d, variant %d, %s data, places %u, shared source %d, stack phase %u",
-                      in.sizes.length, in.sizes.variant, nameOf(in.data), layout.places, layout.shared,
+                      in.sizes.length, in.sizes.variant, nameOf(in.sizes.data), layout.places, layout.shared,
                       layout.phase % 8);
         report(f, &binding, fault, in.sizes.length, details);
         return false;
     }
     return true;
+}
+
+// What is wrong of a call that fails.
+static std::string faultOf(const Outcome& outcome, int expected) {
+    if (!outcome.complaint.empty() || outcome.status == expected) return outcome.complaint;
+    return "returns " + std::to_string(outcome.status) + ", expected " + std::to_string(expected);
 }
 
 void Checker::checkErrors(const Function& f) {
@@ -154,14 +155,26 @@ void Checker::checkErrors(const Function& f) {
         const int index = static_cast<int>(i);
         if (a.pointers != 0 && !mayBeNull(f, a)) checkError(f, in, {0, -1, 0, index}, zppStatusNullPointer);
         if (a.role == Role::kObject) checkError(f, in, {0, -1, 0, index, 0x5EED}, zppStatusContextMismatch);
-        if (a.role == Role::kLength)
-            for (const int length : {0, -1}) checkError(f, in, {0, -1, 0, index, length}, zppStatusSizeError);
-        if (a.role == Role::kTapsLength)
-            for (const int taps : {0, -1}) checkError(f, in, {0, -1, 0, index, taps}, zppStatusFirLength);
-        if (a.role == Role::kOrder)
-            for (const int order : {-1, 31}) checkError(f, in, {0, -1, 0, index, order}, zppStatusFftOrder);
-        if (a.role == Role::kFlag)
-            for (const int flag : {0, 3, 16}) checkError(f, in, {0, -1, 0, index, flag}, zppStatusFftFlag);
+        if (a.role != Role::kNumber) continue;
+        const Number& number = *numberOf(f, a);
+        for (const double value : number.refused) checkError(f, in, {0, -1, 0, index, value}, number.status);
+    }
+}
+
+// Each allocation of a long call fails once; the call that ends as usual had no more of them.
+void Checker::checkFailingHeap(const Function& f) {
+    const Inputs in = makeInputs(f, lengthsOf(f).back(), 1, ordinaryFor(f));
+    for (const test::Binding& binding : bindings_) {
+        if (failed(f, binding)) continue;
+        bind(binding);
+        const std::int32_t usual = call(f, in, {0, -1, 0}).status;
+        for (int n = 0;; ++n) {
+            const Outcome outcome = call(f, in, {0, -1, 0, -1, 0, n});
+            const bool ended = outcome.status == usual;
+            const std::string fault = ended ? outcome.complaint : faultOf(outcome, zppStatusAllocationFailed);
+            if (!fault.empty()) report(f, &binding, fault, 0, "allocation " + std::to_string(n) + " fails");
+            if (ended || !fault.empty()) break;
+        }
     }
 }
 
@@ -170,11 +183,11 @@ void Checker::checkError(const Function& f, const Inputs& in, const Layout& layo
         if (failed(f, binding)) continue;
         bind(binding);
         const Outcome outcome = call(f, in, layout);
-        std::string fault = outcome.complaint;
-        if (outcome.status != expected && fault.empty())
-            fault = "returns " + std::to_string(outcome.status) + ", expected " + std::to_string(expected);
+        const std::string fault = faultOf(outcome, expected);
         const Argument& a = f.arguments[static_cast<std::size_t>(layout.replaced)];
-        const std::string value = a.pointers == 0       ? std::to_string(layout.illegal)
+        char number[32];
+        std::snprintf(number, sizeof number, "%g", layout.illegal);
+        const std::string value = a.pointers == 0       ? number
                                   : layout.illegal == 0 ? "null"
                                                         : "an object of another kind";
         if (!fault.empty()) report(f, &binding, fault, 0, a.name + " = " + value);

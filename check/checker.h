@@ -24,8 +24,12 @@ class Checker {
     // All that is known to be wrong of the function is reported.
     void check(const Function& f);
 
-    // From now on this stands in the slot of the function, except in the reference.
-    void plant(const Function& f, Entry entry) { planted_ = &f, plantedEntry_ = entry; }
+    // From now on this stands in the slot of the function, and in the reference the other, if it is not null.
+    void plant(const Function& f, Entry entry, Entry reference = nullptr) {
+        planted_ = &f, plantedEntry_ = entry, plantedReference_ = reference;
+    }
+
+    static inline Entry displaced = nullptr;  // what the bound build had in that slot
 
     const std::vector<test::Binding>& bindings() const { return bindings_; }
     void bind(const test::Binding& binding) const;
@@ -34,9 +38,10 @@ class Checker {
     const std::vector<std::string>& reports() const { return reports_; }
 
   private:
-    bool deducible(const Function& f);
+    void checkAsItsOwn(const Function& f, const OwnCheck& own);
     void checkLength(const Function& f, int length);
     void checkErrors(const Function& f);
+    void checkFailingHeap(const Function& f);
     void checkError(const Function& f, const Inputs& in, const Layout& layout, int expected);
     bool checkLayouts(const Function& f, const Inputs& in, const Outcome& reference,
                       const test::Binding& binding);
@@ -48,7 +53,7 @@ class Checker {
     const Options options_;
     std::vector<test::Binding> bindings_;  // that are asked for
     const Function* planted_ = nullptr;
-    Entry plantedEntry_ = nullptr;
+    Entry plantedEntry_ = nullptr, plantedReference_ = nullptr;
     long calls_ = 0;
     std::vector<std::string> reports_;
     std::vector<std::string> failures_;  // function and binding

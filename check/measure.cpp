@@ -26,13 +26,14 @@ bool isNan(const unsigned char* bytes) {
 
 void addOutcome(std::uint64_t& digest, const Function& f, const Outcome& outcome) {
     add(digest, static_cast<std::uint32_t>(outcome.status));
+    const bool anyNan = promiseOf(f) != Promise::kBits;
     for (std::size_t i = 0; i < f.arguments.size(); ++i) {
         if (!isResult(f.arguments[i])) continue;
         const Element& type = *f.arguments[i].type;
         const auto& bytes = outcome.written[i];
         for (std::size_t at = 0; at < bytes.size(); at += type.part) {
             const bool nan =
-                type.floating && promiseOf(f) != Promise::kBits &&
+                type.floating && anyNan &&
                 (type.part == sizeof(float) ? isNan<float>(&bytes[at]) : isNan<double>(&bytes[at]));
             std::uint64_t number = 0;
             std::memcpy(&number, &bytes[at], type.part);
@@ -47,7 +48,7 @@ constexpr int kBatches = 25;
 }  // namespace
 
 bool addToDigest(const Function& f, std::uint64_t& digest) {
-    if (promiseOf(f) == Promise::kBound || ownCheckOf(f) != nullptr) return false;
+    if (ownCheckOf(f) != nullptr || promiseOf(f) == Promise::kBound) return false;
     for (const int length : lengthsOf(f))
         for (int variant = 0; variant < 4; ++variant) {
             const Data data = variant < 2 ? ordinaryFor(f) : specialFor(f);

@@ -1,7 +1,10 @@
 #include "check/prototype.h"
 
 #include <cctype>
+#include <cstring>
+#include <utility>
 
+#include "check/rules.h"
 #include "zpp.h"
 
 namespace zpp::check {
@@ -20,31 +23,15 @@ constexpr Element kElements[] = {
     PAIR(Zpp32fc, true),   PAIR(Zpp64fc, true),
 };
 
-struct NamedRole {
-    const char* name;
-    int pointers;
-    Role role;
-};
-
-// The arguments that are known by name.
-constexpr NamedRole kNamedRoles[] = {
-    {"len", 0, Role::kLength},          {"numIters", 0, Role::kLength},
-    {"tapsLen", 0, Role::kTapsLength},  {"scaleFactor", 0, Role::kScaleFactor},
-    {"rndMode", 0, Role::kRounding},    {"order", 0, Role::kOrder},
-    {"flag", 0, Role::kFlag},           {"hint", 0, Role::kHint},
-    {"pSize", 1, Role::kSize},          {"pBuffer", 1, Role::kBuffer},
-    {"pDlyLineIndex", 1, Role::kIndex}, {"pState", 1, Role::kObject},
-    {"pSpec", 1, Role::kObject},        {"ptr", 1, Role::kObject},
-    {"ppState", 2, Role::kObjectOut},   {"ppSpec", 2, Role::kObjectOut},
-};
-
-// The others, by their type: a constant is called val or src, all else of type int has to be known by name.
+// Of the rest nothing is taken for granted: rules.h.
 Role roleOf(const Argument& a) {
-    for (const NamedRole& known : kNamedRoles)
-        if (a.name == known.name && a.pointers == known.pointers) return known.role;
-    if (a.type == nullptr || a.pointers > 1) return Role::kUnknown;
-    if (a.pointers == 0) return a.name == "val" || a.name == "src" ? Role::kConstant : Role::kUnknown;
+    if (a.type == nullptr)
+        return a.pointers == 1 ? Role::kObject : a.pointers == 2 ? Role::kObjectOut : Role::kUnknown;
+    if (a.pointers == 0) return Role::kNumber;
+    if (a.pointers != 1) return Role::kUnknown;
     if (a.constant) return Role::kSource;
+    if (a.name == "pSize") return Role::kSize;
+    if (a.name == "pBuffer") return Role::kBuffer;
     return a.name.starts_with("pDst") ? Role::kDestination : Role::kInOut;
 }
 
@@ -75,9 +62,32 @@ Argument parseArgument(const std::string& text) {
     return a;
 }
 
-Function parse(const char* result, const char* name, const std::string& arguments, Entry stub,
-               const Record* record) {
-    Function f = {name, result, std::string(result) + ' ' + name + arguments, {}, stub, record};
+// "arith" for the header .../zpp/arith.h.
+std::string folderOf(const std::string& header) {
+    const std::size_t begin = header.find_last_of("/\\") + 1;
+    return header.substr(begin, header.rfind('.') - begin);
+}
+
+// Whether a text is like the first of the patterns.
+bool likeOne(const char* text, const char* pattern) {
+    if (*pattern == '*') return likeOne(text, pattern + 1) || (*text != 0 && likeOne(text + 1, pattern));
+    const bool ended = *pattern == 0 || *pattern == ' ';
+    if (*text == 0 || ended) return *text == 0 && ended;
+    return (*pattern == '?' || *pattern == *text) && likeOne(text + 1, pattern + 1);
+}
+
+}  // namespace
+
+bool like(const char* text, const char* patterns) {
+    while (!likeOne(text, patterns)) {
+        patterns = std::strchr(patterns, ' ');
+        if (patterns++ == nullptr) return false;
+    }
+    return true;
+}
+
+Function parseFunction(const std::string& result, const std::string& name, const std::string& arguments) {
+    Function f = {name, result, result + ' ' + name + arguments, {}, nullptr, nullptr, nullptr};
     if (arguments == "(void)") return f;
     std::size_t begin = 1;
     while (begin < arguments.size()) {
@@ -88,15 +98,7 @@ Function parse(const char* result, const char* name, const std::string& argument
     return f;
 }
 
-}  // namespace
-
-bool like(const char* text, const char* pattern) {
-    if (*pattern == '*') return like(text, pattern + 1) || (*text != 0 && like(text + 1, pattern));
-    if (*text == 0 || *pattern == 0) return *text == *pattern;
-    return (*pattern == '?' || *pattern == *text) && like(text + 1, pattern + 1);
-}
-
-bool Function::matches(const char* pattern) const { return like(name.c_str(), pattern); }
+bool Function::matches(const char* patterns) const { return like(name.c_str(), patterns); }
 
 bool Function::has(Role role) const {
     for (const Argument& a : arguments)
@@ -104,12 +106,25 @@ bool Function::has(Role role) const {
     return false;
 }
 
+bool Function::has(const char* argument) const {
+    for (const Argument& a : arguments)
+        if (a.name == argument) return true;
+    return false;
+}
+
 const std::vector<Function>& allFunctions() {
     static const std::vector<Function> functions = [] {
         std::vector<Function> list;
         const Record* record = kDispatchTable.records;
+        const auto add = [&](Function f, Entry stub, const char* header) {
+            f.stub = stub;
+            f.record = record++;
+            f.rules = rulesOf(folderOf(header));
+            list.push_back(std::move(f));
+        };
+// An entry is expanded in the header that it stands in.
 #define ZPP_LIST(result, name, arguments) \
-    list.push_back(parse(#result, #name, #arguments, reinterpret_cast<Entry>(&name), record++));
+    add(parseFunction(#result, #name, #arguments), reinterpret_cast<Entry>(&name), __FILE__);
 #define ZPP_LIST_SHARED ZPP_LIST
 #define ZPP_LIST_COLUMN ZPP_LIST
 #include "zpp.h"
@@ -119,12 +134,6 @@ const std::vector<Function>& allFunctions() {
         return list;
     }();
     return functions;
-}
-
-Entry findStub(const std::string& name) {
-    for (const Function& f : allFunctions())
-        if (f.name == name) return f.stub;
-    return nullptr;
 }
 
 }  // namespace zpp::check

@@ -9,6 +9,8 @@
 
 namespace zpp::check {
 
+struct Rules;  // rules.h
+
 struct Element {
     const char* name;  // as in the headers
     std::size_t size;
@@ -16,25 +18,17 @@ struct Element {
     bool floating;
 };
 
-// What an argument is for, by its name and its type.
+// What an argument is for, by its type and, of the non-const pointers, by its name.
 enum class Role {
-    kUnknown,      // nothing is known: no call can be made
+    kUnknown,      // no call can be made
+    kNumber,       // T, which may be a complex one
     kSource,       // const T*
     kDestination,  // T* pDst...
     kInOut,        // T*
-    kConstant,     // T
-    kLength,       // elements
-    kTapsLength,
-    kScaleFactor,
-    kRounding,
-    kOrder,  // log2 of a transform's length
-    kFlag,   // of a transform's normalisation
-    kHint,
-    kIndex,      // int* below kTapsLength
-    kSize,       // int* that receives bytes
-    kBuffer,     // Zpp8u* work area
-    kObject,     // a specification or a state
-    kObjectOut,  // where its pointer goes
+    kSize,         // int* pSize: receives bytes
+    kBuffer,       // Zpp8u* pBuffer: a work area
+    kObject,       // a specification or a state
+    kObjectOut,    // where its pointer goes
 };
 
 struct Argument {
@@ -48,8 +42,11 @@ struct Argument {
     bool isWritten() const { return pointers == 2 || (isVector() && !constant); }
 };
 
-// Whether a text is like a pattern, in which * stands for any characters and ? for one.
-bool like(const char* text, const char* pattern);
+inline constexpr std::size_t kMaxArguments = 12;
+
+// Whether a text is like one of the patterns, which spaces part; in a pattern * stands for any characters and
+// ? for one.
+bool like(const char* text, const char* patterns);
 
 struct Function {
     std::string name;
@@ -58,15 +55,17 @@ struct Function {
     std::vector<Argument> arguments;
     Entry stub;
     const Record* record;
+    const Rules* rules;  // of the folder of the library that the function is in; null if it has none
 
-    bool matches(const char* pattern) const;
+    bool matches(const char* patterns) const;
     bool has(Role role) const;
+    bool has(const char* argument) const;
 };
+
+// A function from the text of its declaration.
+Function parseFunction(const std::string& result, const std::string& name, const std::string& arguments);
 
 // In the order of the Dispatch table.
 const std::vector<Function>& allFunctions();
-
-// The entry stub of a function; null if there is none of that name.
-Entry findStub(const std::string& name);
 
 }  // namespace zpp::check

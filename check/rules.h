@@ -1,32 +1,47 @@
-// What the prototypes do not say. A new export that follows the conventions needs nothing here.
+// What the prototypes do not say, stated in tables, one file for each folder of the library. Nothing is taken
+// for granted: a function for which something is not stated makes the run fail. The first row that fits
+// holds.
 #pragma once
 
+#include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
+#include "check/data.h"
 #include "check/prototype.h"
 
 namespace zpp::check {
+
+using Bytes = std::vector<unsigned char>;
 
 // What the sizes and the choices of one call follow from.
 struct Case {
     int length;
     int variant;  // chooses among flags and the like; odd: optional arguments are left out
-
-    int taps(const Function& f) const;
-    int order() const;  // log2 of length, rounded down
-    int flag() const;   // 1, 2, 4 or 8
+    Data data;
 };
 
-std::vector<int> lengthsOf(const Function& f);
+// How many elements (bytes, for work buffers) a vector has. The prototype states it for vectors pSrc... and
+// pDst... of functions that take `len`, if it is `len`.
+struct Extent {
+    const char *functions, *arguments;
+    std::function<std::size_t(const Function&, const Case&)> elements;
+    std::size_t copies = 1;  // so often do they lie there, one copy behind the other
+};
 
-// How many elements (bytes, for work buffers) the vector has.
-std::size_t elementsOf(const Function& f, const Argument& a, const Case& c);
+// What a number may be that is passed, or that is found where a pointer leads.
+struct Number {
+    const char *functions, *arguments;
+    double (*draw)(const Function&, const Case&, test::Random&);  // null: it may be anything
+    std::span<const double> refused = {};
+    int status = 0;  // with which they are refused
+};
 
-bool mayBeNull(const Function& f, const Argument& a);
-
-// Whether a destination may be the same array as a source.
-bool mayShare(const Function& f);
+// Vectors for which a call may have null.
+struct Optional {
+    const char *functions, *arguments;
+};
 
 // How far the results of all columns, ISA builds and targets agree.
 enum class Promise {
@@ -34,34 +49,65 @@ enum class Promise {
     kValues,  // to the last bit, but any NaN is as good as another
     kBound,   // to a multiple of the number of terms
 };
-Promise promiseOf(const Function& f);
-
-// Whether the function releases the object that it takes.
-bool releasesObject(const Function& f);
-
-// The filter state or FFT specification of one call; everything in it goes through the entry stubs.
-class Object {
-  public:
-    Object(const Function& f, const Case& c);  // makes one if the function takes one
-    Object(const Object&) = delete;
-    Object& operator=(const Object&) = delete;
-    ~Object();
-
-    void* get() const { return object_; }
-    void adopt(void* made) { object_ = made; }
-    void forget() { object_ = nullptr; }
-    // What the accessors give.
-    std::vector<unsigned char> content() const;
-
-  private:
-    const Function& f_;
-    Case case_;
-    void* object_ = nullptr;
+struct Promised {
+    const char* functions;
+    Promise promise;
 };
 
-// The functions that are no functions of vectors: their own check, null for all others. The check gives what
-// is wrong, or nothing. The function is bound to the column of this name.
-using OwnCheck = std::string (*)(const Function& f, const std::string& column);
-OwnCheck ownCheckOf(const Function& f);
+// The objects that these functions take or make.
+struct ObjectKind {
+    const char* functions;
+    std::function<void*(const Function&, const Case&)> make;
+    std::function<void(void*)> release;
+    Entry releaser;                                                        // the export behind it
+    std::function<Bytes(const void*, const Function&, const Case&)> read;  // by all accessors; empty: none
+};
+
+// Where others than those around every vector and unroll width are wanted.
+struct Lengths {
+    const char* functions;
+    std::span<const int> lengths;
+};
+
+// The functions that are no functions of vectors. The check gives what is wrong, or nothing. The function is
+// bound to the column of this name.
+struct OwnCheck {
+    const char* functions;
+    std::string (*check)(const Function& f, const std::string& column);
+};
+
+struct Rules {
+    const char* folder;
+    std::span<const Promised> promises;
+    std::span<const Extent> extents = {};
+    std::span<const Number> numbers = {};
+    std::span<const Optional> optional = {};
+    std::span<const ObjectKind> objects = {};
+    std::span<const Lengths> lengths = {};
+    std::span<const OwnCheck> ownChecks = {};
+    const char* neverShared = "";  // functions of which no destination may be the same array as a source
+};
+
+extern const Rules kFrameRules, kArithRules, kDataRules, kFilterRules, kTransformRules;
+
+// Null if there are none.
+const Rules* rulesOf(const std::string& folder);
+
+// Which rule the function lacks, or why no call of it can be made; empty if all is stated.
+std::string missingRule(const Function& f);
+
+std::span<const int> lengthsOf(const Function& f);
+const Extent* extentOf(const Function& f, const Argument& a);  // null if it is not stated
+const Number* numberOf(const Function& f, const Argument& a);
+const ObjectKind* objectOf(const Function& f);
+const OwnCheck* ownCheckOf(const Function& f);
+Promise promiseOf(const Function& f);
+bool mayBeNull(const Function& f, const Argument& a);
+bool releasesObject(const Function& f);
+
+// For tables.
+Extent stated(const char* functions, const char* arguments, int perLength, int more = 0);
+double zero(const Function&, const Case&, test::Random&);
+inline constexpr double kBelowOne[] = {0, -1};
 
 }  // namespace zpp::check

@@ -7,17 +7,25 @@
 
 #include "check/arena.h"
 #include "check/watch.h"
+#include "tests/support/heap.h"
 #include "zpp.h"
 
 namespace zpp::check {
 namespace {
 
-constexpr std::size_t kMaxArguments = 8;
 constexpr std::size_t kObjectAlignment = 16;
+constexpr unsigned char kUnwritten = 0xA5;  // in what a call is to write
 
-std::vector<unsigned char> bytesOf(int number) {
-    std::vector<unsigned char> bytes(sizeof number);
-    std::memcpy(bytes.data(), &number, sizeof number);
+// A number as it lies in memory.
+Bytes bytesOf(const Element& type, double number) {
+    Bytes bytes(type.size);
+    const auto single = static_cast<float>(number);
+    const auto integer = static_cast<std::int64_t>(number);
+    std::memcpy(bytes.data(),
+                !type.floating               ? static_cast<const void*>(&integer)
+                : type.part == sizeof single ? static_cast<const void*>(&single)
+                                             : &number,
+                type.part);
     return bytes;
 }
 
@@ -27,46 +35,24 @@ std::uint64_t hashOf(const std::string& text) {
     return hash;
 }
 
-std::vector<unsigned char> makeVector(const Function& f, const Argument& a, const Inputs& in,
-                                      test::Random& random) {
-    const std::size_t count = elementsOf(f, a, in.sizes);
-    if (a.pointers == 2) return std::vector<unsigned char>(sizeof(void*));
+Bytes makeVector(const Function& f, const Argument& a, const Case& c, test::Random& random) {
+    const Extent& extent = *extentOf(f, a);
+    const std::size_t count = extent.elements(f, c);
     if (a.role == Role::kDestination || a.role == Role::kBuffer || a.role == Role::kSize)
-        return std::vector<unsigned char>(count * a.type->size, 0xA5);
-    auto bytes = makeElements(*a.type, count, in.data, random);
-    // A delay line of twice the taps holds every sample twice.
-    if (a.name == "pDlyLine" && f.has(Role::kIndex))
-        std::memcpy(bytes.data() + bytes.size() / 2, bytes.data(), bytes.size() / 2);
+        return Bytes(count * extent.copies * a.type->size, kUnwritten);
+    const Bytes content = makeElements(*a.type, count, c.data, random);
+    Bytes bytes;
+    for (std::size_t i = 0; i < extent.copies; ++i) bytes.insert(bytes.end(), content.begin(), content.end());
     return bytes;
 }
 
-std::vector<unsigned char> makeValue(const Function& f, const Argument& a, const Inputs& in,
-                                     test::Random& random) {
-    constexpr int kRoundings[] = {zppRoundZero, zppRoundNear, 7};
-    switch (a.role) {
-        case Role::kLength:
-            return bytesOf(in.sizes.length);
-        case Role::kTapsLength:
-            return bytesOf(in.sizes.taps(f));
-        case Role::kScaleFactor:
-            return bytesOf(makeScaleFactor(in.data, random));
-        case Role::kRounding:
-            return bytesOf(kRoundings[random.below(3)]);
-        case Role::kOrder:
-            return bytesOf(in.sizes.order());
-        case Role::kFlag:
-            return bytesOf(in.sizes.flag());
-        case Role::kHint:
-            return bytesOf(0);
-        case Role::kIndex:
-            return bytesOf(static_cast<int>(random.below(static_cast<std::uint64_t>(in.sizes.taps(f)))));
-        case Role::kConstant:
-            return makeElements(*a.type, 1, in.data, random);
-        case Role::kObject:
-            return {};
-        default:
-            return makeVector(f, a, in, random);
-    }
+Bytes makeValue(const Function& f, const Argument& a, const Case& c, test::Random& random) {
+    if (a.role == Role::kObject) return {};
+    if (a.role == Role::kObjectOut) return Bytes(sizeof(void*), kUnwritten);
+    const Number* number = numberOf(f, a);
+    if (number == nullptr) return makeVector(f, a, c, random);
+    return number->draw == nullptr ? makeElements(*a.type, 1, c.data, random)
+                                   : bytesOf(*a.type, number->draw(f, c, random));
 }
 
 bool isSource(const Argument& a) { return a.role == Role::kSource && a.name.starts_with("pSrc"); }
@@ -95,6 +81,45 @@ Place placeOf(unsigned places, std::size_t argument) {
     return static_cast<Place>(places < 3 ? places : (argument + places) % 3);
 }
 
+// The specification or state of one call.
+class Object {
+  public:
+    Object(const Function& f, const Case& c) : f_(f), case_(c), kind_(objectOf(f)) {
+        if (f.has(Role::kObject)) counted([this] { object_ = kind_->make(f_, case_); });
+    }
+    Object(const Object&) = delete;
+    Object& operator=(const Object&) = delete;
+    ~Object() { release(); }
+
+    void* get() const { return object_; }
+    void adopt(void* made) { object_ = made; }
+    void forget() { object_ = nullptr; }
+    Bytes content() const {
+        return object_ == nullptr || !kind_->read ? Bytes() : kind_->read(object_, f_, case_);
+    }
+    void release() {
+        if (object_ != nullptr) counted([this] { kind_->release(object_); });
+        object_ = nullptr;
+    }
+
+    // Does a step, and counts the blocks of memory that it leaves.
+    template <class Step>
+    void counted(Step step) {
+        const long before = test::liveBlocks();
+        step();
+        blocks_ += test::liveBlocks() - before;
+    }
+    // Those that are left of its making, the call and its release.
+    long blocks() const { return blocks_; }
+
+  private:
+    const Function& f_;
+    const Case& case_;
+    const ObjectKind* kind_;
+    void* object_ = nullptr;
+    long blocks_ = 0;
+};
+
 // The call being made.
 class Trial {
   public:
@@ -108,15 +133,25 @@ class Trial {
 
     Outcome run() {
         prepare();
-        outcome_.status = static_cast<std::int32_t>(call_.run());
+        object_.counted([this] { outcome_.status = static_cast<std::int32_t>(run(call_, layout_.failing)); });
         outcome_.complaint = call_.complaint();
         if (call_.faultAddress() != nullptr) outcome_.complaint += faultPlace();
         for (std::size_t i = 0; i < f_.arguments.size(); ++i) inspect(i);
         if (outcome_.status == zppStatusOk && outcome_.complaint.empty()) inspectObject();
+        object_.release();
+        if (outcome_.complaint.empty() && object_.blocks() != 0)
+            outcome_.complaint = "leaves blocks of memory allocated: " + std::to_string(object_.blocks());
         return outcome_;
     }
 
   private:
+    // The library's allocation number `failing` fails, if it is not negative.
+    static std::uint64_t run(WatchedCall& call, int failing) {
+        if (failing < 0) return call.run();
+        const test::FailingHeap heap(failing);
+        return call.run();
+    }
+
     static Arena& arena(std::size_t i) {
         static std::array<Arena, kMaxArguments + 1> arenas;
         return arenas[i];
@@ -144,12 +179,12 @@ class Trial {
         const Argument& a = f_.arguments[i];
         if (a.pointers == 0) {
             call_.pass(*a.type,
-                       isReplaced(i) ? static_cast<const void*>(&layout_.illegal) : in_.values[i].data());
+                       isReplaced(i) ? bytesOf(*a.type, layout_.illegal).data() : in_.values[i].data());
         } else if (isReplaced(i)) {
-            auto identifier = bytesOf(layout_.illegal);
-            identifier.resize(kObjectAlignment);  // little behind it can be read
-            call_.pass(layout_.illegal == 0 ? nullptr
-                                            : arena(kMaxArguments).place(identifier, Place::kEnd, 1));
+            Bytes identifier(kObjectAlignment);  // little behind it can be read
+            const auto number = static_cast<int>(layout_.illegal);
+            std::memcpy(identifier.data(), &number, sizeof number);
+            call_.pass(number == 0 ? nullptr : arena(kMaxArguments).place(identifier, Place::kEnd, 1));
         } else if (a.role == Role::kObject) {
             call_.pass(object_.get());
         } else {
@@ -190,8 +225,10 @@ class Trial {
             if (f_.arguments[i].role != Role::kObjectOut) continue;
             void* made;
             std::memcpy(&made, arena(i).data(), sizeof made);
-            if (made == nullptr) outcome_.complaint = "makes no object";
-            object_.adopt(made);
+            if (arena(i).holds(in_.values[i]) || made == nullptr)
+                outcome_.complaint = "makes no object";
+            else
+                object_.adopt(made);
         }
         if (releasesObject(f_))
             object_.forget();
@@ -257,9 +294,9 @@ bool isResult(const Argument& a) {
 }
 
 Inputs makeInputs(const Function& f, int length, int variant, Data data) {
-    Inputs in = {{length, variant}, data, {}};
+    Inputs in = {{length, variant, data}, {}};
     test::Random random(hashOf(f.name) ^ static_cast<std::uint64_t>(4 * length + variant));
-    for (const Argument& a : f.arguments) in.values.push_back(makeValue(f, a, in, random));
+    for (const Argument& a : f.arguments) in.values.push_back(makeValue(f, a, in.sizes, random));
     return in;
 }
 
@@ -280,7 +317,7 @@ std::vector<int> sharingsOf(const Function& f, const Inputs& inputs) {
     const auto destinations =
         argumentsThat(f, [](const Argument& a) { return a.role == Role::kDestination; });
     std::vector<int> sharings;
-    if (destinations.empty() || !mayShare(f)) return sharings;
+    if (destinations.empty() || f.matches(f.rules->neverShared)) return sharings;
     for (std::size_t shared = 0; shared + destinations.size() <= sources.size(); ++shared) {
         const std::size_t source = sources[shared], destination = destinations[0];
         if (inputs.values[source].size() == inputs.values[destination].size() &&

@@ -13,8 +13,7 @@ namespace zpp::check {
 
 struct Inputs {
     Case sizes;
-    Data data;
-    std::vector<std::vector<unsigned char>> values;  // for each argument, what it or its vector holds
+    std::vector<Bytes> values;  // for each argument, what it or its vector holds
 };
 
 // The same for the same arguments on every machine.
@@ -27,15 +26,16 @@ struct Layout {
     // An argument that is made illegal: a number by `illegal`; a vector by null; an object by null or, where
     // `illegal` is not 0, by one of another kind.
     int replaced = -1;
-    int illegal = 0;
+    double illegal = 0;
+    int failing = -1;  // which of the allocations in the call fails; -1: none
 };
 inline constexpr unsigned kPlaces = 5;
 
 struct Outcome {
     std::int32_t status = 0;
-    std::vector<std::vector<unsigned char>> written;  // for each argument, what its vector holds now
-    std::vector<unsigned char> object;                // what its object holds
-    std::string complaint;                            // of manners; empty if there is none
+    std::vector<Bytes> written;  // for each argument, what its vector holds now
+    Bytes object;                // what its object holds
+    std::string complaint;       // of manners; empty if there is none
 };
 
 // Calls the function as it is bound.

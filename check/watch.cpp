@@ -58,6 +58,7 @@ WatchedCall::WatchedCall(Entry target, unsigned phase)
     // Both precisions that programs run the x87 unit with.
     : phase_(phase), x87Control_(phase % 2 == 0 ? 0x37F : 0x27F) {
     std::memcpy(block_ + CALL_TARGET, &target, sizeof target);
+    words_.reserve(kMaxArguments);  // none in the call, where allocations are counted
 }
 
 void WatchedCall::passWord(std::uintptr_t word) {
@@ -81,8 +82,14 @@ void WatchedCall::pass(const Element& type, const void* value) {
     pass(copies_.emplace_back(bytes, bytes + type.size).data());  // larger values by reference
 #else
     if (!type.floating) return passWord(word);
-    for (std::size_t i = 0; i < type.size; i += 8)  // never more than fit in registers
-        std::memcpy(block_ + CALL_VECTORS + 8 * vectors_++, bytes + i, type.size - i < 8 ? type.size - i : 8);
+    const bool inRegisters = vectors_ + (type.size + 7) / 8 <= 8;  // the whole of it or nothing
+    for (std::size_t i = 0; i < type.size; i += 8) {
+        std::memcpy(&word, bytes + i, std::min<std::size_t>(type.size - i, 8));
+        if (inRegisters)
+            std::memcpy(block_ + CALL_VECTORS + 8 * vectors_++, &word, 8);
+        else
+            words_.push_back(word);
+    }
 #endif
 #else
     for (std::size_t i = 0; i < type.size; i += sizeof(std::uintptr_t)) {

@@ -1,0 +1,118 @@
+#include "zpp/filter.h"
+
+#include <cstring>
+
+#include "check/rules.h"
+
+namespace zpp::check {
+namespace {
+
+constexpr Promised kPromises[] = {{"zppsFIR*", Promise::kBound}};
+
+int taps(const Function& f, const Case& c) {
+    constexpr int kTaps[] = {1, 2, 3, 4, 5, 7, 8, 15, 16, 31, 32, 33, 64, 100};
+    return f.has("numIters") ? kTaps[static_cast<unsigned>(c.length + 5 * c.variant) % 14] : c.length;
+}
+
+double below(int limit, test::Random& random) {
+    return static_cast<double>(random.below(static_cast<std::uint64_t>(limit)));
+}
+
+constexpr Number kNumbers[] = {
+    {"zppsFIR*", "numIters", [](const Function&, const Case& c, test::Random&) -> double { return c.length; },
+     kBelowOne, zppStatusSizeError},
+    {"zppsFIR*", "tapsLen",
+     [](const Function& f, const Case& c, test::Random&) -> double { return taps(f, c); }, kBelowOne,
+     zppStatusFirLength},
+    {"zppsFIR*", "pDlyLineIndex",
+     [](const Function& f, const Case& c, test::Random& random) { return below(taps(f, c), random); }},
+    {"zppsFIR*", "src", nullptr},
+};
+
+Extent perTap(const char* functions, const char* arguments, std::size_t copies = 1) {
+    return {functions, arguments,
+            [](const Function& f, const Case& c) { return static_cast<std::size_t>(taps(f, c)); }, copies};
+}
+
+Extent stateBytes(const char* functions, ZppStatus (*getStateSize)(int tapsLen, int* pSize)) {
+    return {functions, "pBuffer", [=](const Function& f, const Case& c) {
+                int bytes = 0;
+                getStateSize(taps(f, c), &bytes);
+                return static_cast<std::size_t>(bytes);
+            }};
+}
+
+const Extent kExtents[] = {
+    stateBytes("zppsFIRInit_64f", zppsFIRGetStateSize_64f),
+    stateBytes("zppsFIRInit_64fc", zppsFIRGetStateSize_64fc),
+    stateBytes("zppsFIRInit64f_32f", zppsFIRGetStateSize64f_32f),
+    stateBytes("zppsFIRInit64fc_32fc", zppsFIRGetStateSize64fc_32fc),
+    perTap("zppsFIR_Direct_* zppsFIROne_Direct_*", "pDlyLine", 2),
+    perTap("zppsFIR*", "pDlyLine pTaps"),
+    stated("zppsFIROne*", "pSrcDst pDstVal", 0, 1),
+    stated("zppsFIR*", "pSrc pDst pSrcDst", 1),
+};
+
+constexpr Optional kOptional[] = {{"zppsFIRInit* zppsFIRSetDlyLine*", "pDlyLine"}};
+
+template <class T>
+std::vector<T> uniform(int count) {
+    std::vector<T> values(static_cast<std::size_t>(count));
+    const auto numbers = test::Random().reals(2 * values.size());
+    auto* number = numbers.data();
+    for (T& value : values)
+        if constexpr (requires { value.re; })
+            value = {static_cast<decltype(value.re)>(*number++), static_cast<decltype(value.im)>(*number++)};
+        else
+            value = static_cast<T>(*number++);
+    return values;
+}
+
+// The state of one pair of types.
+template <class Taps, class Sample>
+ObjectKind state(const char* functions,
+                 ZppStatus (*initAlloc)(ZppsFIRState**, const Taps*, int, const Sample*),
+                 ZppStatus (*free)(ZppsFIRState*), ZppStatus (*getTaps)(const ZppsFIRState*, Taps*),
+                 ZppStatus (*getDlyLine)(const ZppsFIRState*, Sample*)) {
+    const auto make = [=](const Function& f, const Case& c) {
+        ZppsFIRState* made = nullptr;
+        const int count = taps(f, c);
+        initAlloc(&made, uniform<Taps>(count).data(), count, uniform<Sample>(count).data());
+        return made;
+    };
+    const auto read = [=](const void* object, const Function& f, const Case& c) {
+        const auto count = static_cast<std::size_t>(taps(f, c));
+        std::vector<Taps> tapsRead(count);
+        std::vector<Sample> delayLine(count);
+        getTaps(static_cast<const ZppsFIRState*>(object), tapsRead.data());
+        getDlyLine(static_cast<const ZppsFIRState*>(object), delayLine.data());
+        Bytes bytes(count * (sizeof(Taps) + sizeof(Sample)));
+        std::memcpy(bytes.data(), tapsRead.data(), count * sizeof(Taps));
+        std::memcpy(bytes.data() + count * sizeof(Taps), delayLine.data(), count * sizeof(Sample));
+        return bytes;
+    };
+    return {functions, make, [=](void* object) { free(static_cast<ZppsFIRState*>(object)); },
+            reinterpret_cast<Entry>(free), read};
+}
+
+const ObjectKind kObjects[] = {
+    state("zppsFIR*_64f zppsFIR_64f_I", zppsFIRInitAlloc_64f, zppsFIRFree_64f, zppsFIRGetTaps_64f,
+          zppsFIRGetDlyLine_64f),
+    state("zppsFIR*_64fc zppsFIR_64fc_I", zppsFIRInitAlloc_64fc, zppsFIRFree_64fc, zppsFIRGetTaps_64fc,
+          zppsFIRGetDlyLine_64fc),
+    state("zppsFIR*64f_32f zppsFIR64f_32f_I", zppsFIRInitAlloc64f_32f, zppsFIRFree64f_32f,
+          zppsFIRGetTaps64f_32f, zppsFIRGetDlyLine64f_32f),
+    state("zppsFIR*64fc_32fc zppsFIR64fc_32fc_I", zppsFIRInitAlloc64fc_32fc, zppsFIRFree64fc_32fc,
+          zppsFIRGetTaps64fc_32fc, zppsFIRGetDlyLine64fc_32fc),
+};
+
+}  // namespace
+
+const Rules kFilterRules = {.folder = "filter",
+                            .promises = kPromises,
+                            .extents = kExtents,
+                            .numbers = kNumbers,
+                            .optional = kOptional,
+                            .objects = kObjects};
+
+}  // namespace zpp::check
