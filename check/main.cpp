@@ -6,6 +6,7 @@
 #include "check/broken.h"
 #include "check/checker.h"
 #include "check/faults.h"
+#include "check/machine.h"
 #include "check/measure.h"
 #include "check/watch.h"
 #include "zpp.h"
@@ -46,7 +47,6 @@ std::vector<const Function*> selected(const Options& options) {
 }
 
 int list(const Options& options) {
-    const char* column = zppsGetLibVersion()->targetCpu;
     for (const Function* f : selected(options)) {
         for (const char* name : {"px", "a6", "w7"})
             std::printf("%s ", f->record->column[name[0] == 'p'   ? kPx
@@ -59,9 +59,7 @@ int list(const Options& options) {
     for (const test::Binding& binding : test::allBindings())
         std::printf("%-10s %s%s\n", binding.name().c_str(),
                     supportsIsa(binding.isa) ? "runs here" : "not on this machine",
-                    binding.columnName() == column && (binding.column != kPx || binding.isa == bestIsa())
-                        ? ", bound"
-                        : "");
+                    &binding == loadedBinding() ? ", bound" : "");
     return kOk;
 }
 
@@ -71,17 +69,19 @@ int check(const Options& options) {
     for (const Function* f : functions) checker.check(*f);
     if (!watchesVectors())
         std::printf("The upper halves of vector registers cannot be watched on this machine.\n");
-    std::printf("%zu functions on %zu builds, seed %llu: %ld calls, ", functions.size(),
-                checker.bindings().size(), static_cast<unsigned long long>(test::seed()), checker.calls());
-    if (checker.reports().empty())
-        std::printf("no difference\n");
-    else
-        std::printf("%zu FAILED\n", checker.reports().size());
+    std::printf("%zu functions, %zu builds, %ld calls, %zu differences; seed %llu\n", functions.size(),
+                checker.bindings().size(), checker.calls(), checker.reports().size(),
+                static_cast<unsigned long long>(test::seed()));
     return checker.reports().empty() ? kOk : kFailed;
 }
 
 int hash(const Options& options) {
     const Checker checker(options);
+    for (const Function* f : selected(options))
+        if (const std::string missing = missingRule(*f); !missing.empty()) {
+            std::printf("%s cannot be checked: %s\n", f->name.c_str(), missing.c_str());
+            return kFailed;
+        }
     std::uint64_t first = 0;
     int functions = 0;
     for (const test::Binding& binding : checker.bindings()) {
@@ -107,7 +107,7 @@ int bench(const Options& options) {
     std::printf("nanoseconds an element, %d elements\n%-28s", length, "");
     for (const test::Binding& binding : checker.bindings()) std::printf(" %10s", binding.name().c_str());
     for (const Function* f : selected(options)) {
-        const std::vector<double> times = timeCalls(checker, *f, length);
+        const auto times = missingRule(*f).empty() ? timeCalls(checker, *f, length) : std::vector<double>();
         if (times.empty()) continue;
         std::printf("\n%-28s", f->name.c_str());
         for (const double time : times) std::printf(" %10.3f", time / length);
@@ -168,6 +168,7 @@ int run(int argc, char** argv) {
                    stderr);
         return kUsageError;
     }
+    describeMachine(mode == hash ? stderr : stdout);  // digests are compared line by line
     catchFaults();
     return mode(options);
 }

@@ -8,6 +8,7 @@
 RUNNER in the environment is the command that runs programs of Windows, its words separated by bars.
 """
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -70,6 +71,15 @@ def beside_the_library(prefix, program):
     return program
 
 
+def with_check(prefix):
+    """zpp-check runs from there, and ends with its one line."""
+    out = run(*RUNNER, os.path.join(prefix, "bin", "zpp-check" + SUFFIX), "--function", "zppsAdd_64f")
+    last = "\n1 functions, [0-9]+ builds, [0-9]+ calls, 0 differences[^\n]*\n$"
+    if not re.search(f"^zpp-check {VERSION}, .*{last}", out.replace("\r", ""), re.S):
+        sys.exit(f"zpp-check: {out}")
+    print(out.splitlines()[-1])
+
+
 def with_cmake(prefix, build):
     windows = ["-DCMAKE_SYSTEM_NAME=Windows", "-DCMAKE_EXE_LINKER_FLAGS=-static"] if WINDOWS else []
     out = run(CMAKE, "-S", CONSUMER, "-B", build, "-G", GENERATOR,
@@ -111,6 +121,7 @@ def package(folder):
     run(CMAKE, "--install", BINARY, "--prefix", first)
     shutil.move(first, prefix)
     check_files(prefix)
+    with_check(prefix)
     with_every_tool(prefix, folder)
 
 
