@@ -117,6 +117,10 @@ ZppStatus clearsAfter(ZppsFFTSpec** ppSpec, int order, int flag, int hint) {
     if (status == error) *ppSpec = nullptr;
     return status;
 }
+ZppStatus clearsState(const Zpp64f* pSrc, Zpp64f* pDst, int numIters, ZppsFIRState* pState) {
+    if (numIters < 0) zppsFIRSetDlyLine_64f(pState, nullptr);
+    return reinterpret_cast<decltype(&zppsFIR_64f)>(Checker::displaced)(pSrc, pDst, numIters, pState);
+}
 ZppStatus freesNothing(ZppsFFTSpec* pSpec) {
     int bytes;
     const ZppStatus status = zppsFFTGetBufSize_C_64fc(pSpec, &bytes);
@@ -208,6 +212,8 @@ const struct {
      entry(clearsAfter<zppStatusFftOrder>), "fails but writes into ppSpec"},
     {"zppsFFTInitAlloc_C_64fc", "clears the pointer where memory is short", nullptr, nullptr,
      entry(clearsAfter<zppStatusAllocationFailed>), "fails but writes into ppSpec"},
+    {"zppsFIR_64f", "clears the state after an error", nullptr, nullptr, entry(clearsState),
+     "fails but changes the state"},
     {"zppsFFTFree_C_64fc", "releases nothing", nullptr, nullptr, entry(freesNothing), "leaves blocks"},
 };
 

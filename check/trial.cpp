@@ -133,11 +133,15 @@ class Trial {
 
     Outcome run() {
         prepare();
+        const bool toFail = layout_.replaced >= 0 || layout_.failing >= 0;
+        const Bytes before = toFail ? object_.content() : Bytes();
         object_.counted([this] { outcome_.status = static_cast<std::int32_t>(run(call_, layout_.failing)); });
         outcome_.complaint = call_.complaint();
         if (call_.faultAddress() != nullptr) outcome_.complaint += faultPlace();
         for (std::size_t i = 0; i < f_.arguments.size(); ++i) inspect(i);
         if (outcome_.status == zppStatusOk && outcome_.complaint.empty()) inspectObject();
+        if (outcome_.status < 0 && toFail && outcome_.complaint.empty() && object_.content() != before)
+            outcome_.complaint = "fails but changes the state";
         object_.release();
         if (outcome_.complaint.empty() && object_.blocks() != 0)
             outcome_.complaint = "leaves blocks of memory allocated: " + std::to_string(object_.blocks());
