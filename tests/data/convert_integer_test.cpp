@@ -6,79 +6,41 @@ namespace {
 class ConvertInteger : public BoundTest {};
 ZPP_FOR_ALL_BINDINGS(ConvertInteger);
 
-// Bounds and neighbours of every width, and any bits.
-template <class T>
-std::vector<T> words() {
-    std::vector<T> values = Random(1).patterns<T>(4000);
-    for (std::size_t i = 0; i < values.size(); ++i)
-        values[i] = std::is_signed_v<T> ? values[i] >> i % 32 : static_cast<T>(values[i] >> i % 32);
-    for (int bit = 0; bit < 32; ++bit)
-        for (int step = -3; step <= 3; ++step)
-            for (const int sign : {1, -1})
-                values.push_back(static_cast<T>(sign * ((std::int64_t{1} << bit) + step)));
-    return values;
-}
-
 TEST_P(ConvertInteger, Widens) {
-    const auto bytes = everyValue<Zpp8s>();
-    expectConverts(zppsConvert_8s16s, bytes, mapped(bytes, [](Zpp8s x) -> Zpp16s { return x; }), "8s16s");
-    const auto halves = everyValue<Zpp16s>();
-    expectConverts(zppsConvert_16s32s, halves, mapped(halves, [](Zpp16s x) -> Zpp32s { return x; }),
-                   "16s32s");
-    const auto packed = packedValues();
-    ASSERT_EQ(packed[0].asSigned(), -8323073);
-    ASSERT_EQ(packed[0].asUnsigned(), 8454143);
-    const auto asSigned = [](Packed24 x) { return static_cast<Zpp32s>(x.asSigned()); };
-    const auto asUnsigned = [](Packed24 x) { return static_cast<Zpp32u>(x.asUnsigned()); };
-    expectConverts(zppsConvert_24s32s, packed, mapped(packed, asSigned), "24s32s");
-    expectConverts(zppsConvert_24u32u, packed, mapped(packed, asUnsigned), "24u32u");
-}
-
-constexpr int kScaleFactors[] = {0,   1,   2,   3,   7,    8,   9,   15,    16,      23,     24,
-                                 30,  31,  32,  33,  1000, -1,  -2,  -7,    -8,      -9,     -14,
-                                 -15, -16, -23, -24, -30,  -31, -32, -1000, INT_MAX, INT_MIN};
-
-// x * 2^-scaleFactor, exact in a double, rounded by the C library.
-template <class S>
-long scaled(S x, int scaleFactor, int lowest, long lower, long upper) {
-    const int factor = std::min(std::max(scaleFactor, lowest), 31);
-    return rounded(std::ldexp(static_cast<double>(x), -factor), zppRoundNear, lower, upper);
+    ASSERT_EQ(packedValues<Int24>()[0], -8323073);
+    ASSERT_EQ(packedValues<UInt24>()[0], 8454143);
+    expectConverts<Zpp16s>("8s16s", zppsConvert_8s16s, everyValue<Zpp8s>());
+    expectConverts<Zpp32s>("16s32s", zppsConvert_16s32s, everyValue<Zpp16s>());
+    expectConverts<Zpp32s>("24s32s", zppsConvert_24s32s, packedValues<Int24>());
+    expectConverts<Zpp32u>("24u32u", zppsConvert_24u32u, packedValues<UInt24>());
 }
 
 TEST_P(ConvertInteger, ScalesRoundsAndSaturates) {
-    const auto ints = words<Zpp32s>();
-    const auto unsignedInts = words<Zpp32u>();
-    const auto plain =
-        mapped(ints, [](Zpp32s x) { return static_cast<Zpp16s>(scaled(x, 0, 0, -32768, 32767)); });
-    expectConverts(zppsConvert_32s16s, ints, plain, "32s16s");
-    for (const int factor : kScaleFactors) {
-        const auto to16s = [=](Zpp32s x) {
-            return static_cast<Zpp16s>(scaled(x, factor, -15, -32768, 32767));
-        };
-        const auto to24s = [=](Zpp32s x) {
+    const auto ints = drawnEachWay<Zpp32s>(1000);
+    const auto unsignedInts = drawnEachWay<Zpp32u>(1000);
+    expectConverts<Zpp16s>("32s16s", zppsConvert_32s16s, ints);
+    const auto limited = [](Exact x, int factor, int lowest) {
+        return scaled(x, std::clamp(factor, lowest, 31));
+    };
+    expectScales<Zpp16s>(
+        "32s16s", zppsConvert_32s16s_Sfs, [&](int) { return ints; },
+        [=](Zpp32s x, int factor) { return rounded<Zpp16s>(limited(x, factor, -15)); });
+    expectScales<Int24>(
+        "32s24s", zppsConvert_32s24s_Sfs, [&](int) { return ints; },
+        [=](Zpp32s x, int factor) {
             // -1 shifted out of the three bytes that are stored is 0, by definition.
-            if (x == -1 && factor <= -24) return Packed24::of(0);
-            return Packed24::of(scaled(x, factor, -31, -8388608, 8388607));
-        };
-        const auto to24u = [=](Zpp32u x) { return Packed24::of(scaled(x, factor, -31, 0, 16777215)); };
-        expectScaled(withFactor(zppsConvert_32s16s_Sfs, factor), ints, mapped(ints, to16s), "32s16s", factor);
-        expectScaled(withFactor(zppsConvert_32s24s_Sfs, factor), ints, mapped(ints, to24s), "32s24s", factor);
-        expectScaled(withFactor(zppsConvert_32u24u_Sfs, factor), unsignedInts, mapped(unsignedInts, to24u),
-                     "32u24u", factor);
-    }
+            return x == -1 && factor <= -24 ? Int24(0) : rounded<Int24>(limited(x, factor, -31));
+        });
+    expectScales<UInt24>(
+        "32u24u", zppsConvert_32u24u_Sfs, [&](int) { return unsignedInts; },
+        [=](Zpp32u x, int factor) { return rounded<UInt24>(limited(x, factor, -31)); });
 }
 
 TEST_P(ConvertInteger, SwapsBytes) {
-    const auto values = packedValues();
-    const auto swapped = mapped(values, [](Packed24 v) {
-        return Packed24{{v.bytes[2], v.bytes[1], v.bytes[0]}};
-    });
-    expectConverts(zppsSwapBytes_24u, values, swapped, "SwapBytes");
-    const auto inPlace = [](const Zpp8u* src, Zpp8u* dst, int len) {
-        if (src != nullptr) std::memcpy(dst, src, 3 * static_cast<std::size_t>(len));
-        return zppsSwapBytes_24u_I(dst, len);
-    };
-    expectConverts(inPlace, values, swapped, "SwapBytes_I");
+    const auto swapped = [](UInt24 v) { return UInt24(v.bytes[0] << 16 | v.bytes[1] << 8 | v.bytes[2]); };
+    const auto values = packedValues<UInt24>();
+    expectRow<UInt24>("SwapBytes", outOfPlace(zppsSwapBytes_24u), swapped, Lengths::kEvery, values);
+    expectRow<UInt24>("SwapBytes_I", inPlace(zppsSwapBytes_24u_I), swapped, Lengths::kEvery, values);
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include "tests/support/binding.h"
-#include "tests/support/compare.h"
-#include "tests/support/guarded.h"
-#include "tests/support/random.h"
+#include "tests/support/table.h"
 #include "zpp/data.h"
 
 namespace zpp::test {
@@ -11,19 +9,11 @@ class Movement : public BoundTest {};
 ZPP_FOR_ALL_BINDINGS(Movement);
 
 template <class T>
-using Mover = ZppStatus (*)(const T*, T*, int);
-
-template <class T>
-void expectMoves(Mover<T> copy, Mover<T> move) {
-    for (const int len : awkwardLengths()) {
-        Guarded<T> src(Random(1).patterns<T>(static_cast<std::size_t>(len)));
-        for (const Mover<T> call : {copy, move}) {
-            Guarded<T> dst(src.size());
-            EXPECT_EQ(call(src, dst, len), zppStatusOk);
-            EXPECT_TRUE(sameBits(src.values(), dst.values()));
-            EXPECT_EQ(call(nullptr, dst, 0), zppStatusNullPointer);
-        }
-    }
+void expectMoves(ZppStatus (*copy)(const T*, T*, int), ZppStatus (*move)(const T*, T*, int)) {
+    const auto any = Random(1).patterns<Raw<T>>(600);
+    for (const auto call : {copy, move})
+        expectRow<Raw<T>>(
+            "movement", outOfPlace(call), [](Raw<T> x) { return x; }, Lengths::kEvery, any);
     constexpr int len = 37;
     for (int shift = -len; shift <= len; ++shift) {
         auto values = Random(2).patterns<T>(3 * len);

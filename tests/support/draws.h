@@ -72,6 +72,16 @@ std::vector<T> drawn(Random& random, Draw draw, std::size_t n) {
     return values;
 }
 
+// So many of each kind.
+template <class T>
+std::vector<T> drawnEachWay(std::size_t n) {
+    Random random;
+    std::vector<T> values;
+    for (const Draw draw : kDraws)
+        for (std::size_t i = 0; i < n; ++i) values.push_back(drawn<T>(random, draw));
+    return values;
+}
+
 // Every value of a type of 8 or 16 bits, in order.
 template <class T>
 std::vector<T> everyValue() {
@@ -79,13 +89,6 @@ std::vector<T> everyValue() {
     for (long x = std::numeric_limits<T>::min(); x <= std::numeric_limits<T>::max(); ++x)
         values.push_back(static_cast<T>(x));
     return values;
-}
-
-template <class S, class Rule>
-auto mapped(const std::vector<S>& values, Rule rule) {
-    std::vector<decltype(rule(values[0]))> results;
-    for (const S& value : values) results.push_back(rule(value));
-    return results;
 }
 
 }  // namespace zpp::test
