@@ -37,7 +37,7 @@ void transformInterleaved(const double* src, double* dst, int order, double* wor
 inline double forwardScale(const ZppsFFTSpec* spec) { return spec->fwdNorm != 0 ? spec->scale : 1.0; }
 inline double inverseScale(const ZppsFFTSpec* spec) { return spec->invNorm != 0 ? spec->scale : 1.0; }
 
-// Calls body(work) with the work buffer of the call, which is on the stack where the caller need not give one.
+// Calls body(work) with the work buffer of the call: on the stack where the caller need not give one.
 template <class Body>
 ZPP_INLINE ZppStatus withWork(const ZppsFFTSpec* spec, Zpp8u* pBuffer, Body body) {
     alignas(kBlockAlignment) double stack[size_t{2} << kMaxStackOrder];
