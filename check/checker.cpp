@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "tests/support/heap.h"
+#include "check/heap.h"
 #include "zpp.h"
 
 // There where a sanitizer is linked, which ends the program at its first finding.
@@ -25,6 +25,12 @@ void printCurrentCall() {
     if (currentFunction != nullptr)
         std::printf("replay: %s\n", replayOf(*currentFunction, currentBinding).c_str());
     std::fflush(stdout);
+}
+
+// What is wrong of a call that fails.
+std::string faultOf(const Outcome& outcome, int expected) {
+    if (!outcome.complaint.empty() || outcome.status == expected) return outcome.complaint;
+    return "returns " + std::to_string(outcome.status) + ", expected " + std::to_string(expected);
 }
 
 }  // namespace
@@ -97,10 +103,9 @@ void Checker::checkAsItsOwn(const Function& f, const OwnCheck& own) {
     for (const test::Binding& binding : bindings_) {
         bind(binding);
         ++calls_;
-        const long before = test::liveBlocks();
+        const long before = liveBlocks();
         std::string complaint = own.check(f, binding.columnName());
-        if (complaint.empty() && test::liveBlocks() != before)
-            complaint = "leaves blocks of memory allocated";
+        if (complaint.empty() && liveBlocks() != before) complaint = "leaves blocks of memory allocated";
         if (!complaint.empty()) report(f, &binding, complaint);
     }
 }
@@ -140,12 +145,6 @@ bool Checker::checkLayouts(const Function& f, const Inputs& in, const Outcome& r
         return false;
     }
     return true;
-}
-
-// What is wrong of a call that fails.
-static std::string faultOf(const Outcome& outcome, int expected) {
-    if (!outcome.complaint.empty() || outcome.status == expected) return outcome.complaint;
-    return "returns " + std::to_string(outcome.status) + ", expected " + std::to_string(expected);
 }
 
 void Checker::checkErrors(const Function& f) {

@@ -6,8 +6,8 @@
 #include <cstring>
 
 #include "check/arena.h"
+#include "check/heap.h"
 #include "check/watch.h"
-#include "tests/support/heap.h"
 #include "zpp.h"
 
 namespace zpp::check {
@@ -105,9 +105,9 @@ class Object {
     // Does a step, and counts the blocks of memory that it leaves.
     template <class Step>
     void counted(Step step) {
-        const long before = test::liveBlocks();
+        const long before = liveBlocks();
         step();
-        blocks_ += test::liveBlocks() - before;
+        blocks_ += liveBlocks() - before;
     }
     // Those that are left of its making, the call and its release.
     long blocks() const { return blocks_; }
@@ -132,10 +132,15 @@ class Trial {
     }
 
     Outcome run() {
+        if (f_.has(Role::kObject) && object_.get() == nullptr)
+            return {zppStatusError, {}, {}, "no object can be made for it"};
         prepare();
         const bool toFail = layout_.replaced >= 0 || layout_.failing >= 0;
         const Bytes before = toFail ? object_.content() : Bytes();
-        object_.counted([this] { outcome_.status = static_cast<std::int32_t>(run(call_, layout_.failing)); });
+        object_.counted([this] {
+            const FailingHeap heap(layout_.failing);
+            outcome_.status = static_cast<std::int32_t>(call_.run());
+        });
         outcome_.complaint = call_.complaint();
         if (call_.faultAddress() != nullptr) outcome_.complaint += faultPlace();
         for (std::size_t i = 0; i < f_.arguments.size(); ++i) inspect(i);
@@ -149,13 +154,6 @@ class Trial {
     }
 
   private:
-    // The library's allocation number `failing` fails, if it is not negative.
-    static std::uint64_t run(WatchedCall& call, int failing) {
-        if (failing < 0) return call.run();
-        const test::FailingHeap heap(failing);
-        return call.run();
-    }
-
     static Arena& arena(std::size_t i) {
         static std::array<Arena, kMaxArguments + 1> arenas;
         return arenas[i];
