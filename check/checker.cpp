@@ -27,12 +27,6 @@ void printCurrentCall() {
     std::fflush(stdout);
 }
 
-// What is wrong of a call that fails.
-std::string faultOf(const Outcome& outcome, int expected) {
-    if (!outcome.complaint.empty() || outcome.status == expected) return outcome.complaint;
-    return "returns " + std::to_string(outcome.status) + ", expected " + std::to_string(expected);
-}
-
 }  // namespace
 
 const test::Binding& referenceBinding() { return test::runnableBindings().front(); }
@@ -73,14 +67,9 @@ void Checker::report(const Function& f, const test::Binding* binding, const std:
     if (binding != nullptr) {
         message += "\n    replay: " + replayOf(f, *binding);
         if (length != 0) message += " --length " + std::to_string(length);
-        failures_.push_back(f.name + binding->name());
     }
     if (!options_.quiet) std::printf("FAILED %s\n", message.c_str());
     reports_.push_back(message);
-}
-
-bool Checker::failed(const Function& f, const test::Binding& binding) const {
-    return std::find(failures_.begin(), failures_.end(), f.name + binding.name()) != failures_.end();
 }
 
 Outcome Checker::call(const Function& f, const Inputs& in, const Layout& layout) {
@@ -93,10 +82,23 @@ void Checker::check(const Function& f) {
     const std::string missing = missingRule(f);  // a new export must not escape
     if (!missing.empty()) return report(f, nullptr, "cannot be checked: " + missing);
     if (const OwnCheck* own = ownCheckOf(f)) return checkAsItsOwn(f, *own);
+    // A binding takes long: each is made once.
+    std::vector<Inputs> inputs;
     for (const int length : lengthsOf(f))
-        if (options_.length == 0 || options_.length == length) checkLength(f, length);
-    checkErrors(f);
-    checkFailingHeap(f);
+        for (int variant = 0; variant < 4; ++variant)
+            if (options_.length == 0 || options_.length == length)
+                inputs.push_back(
+                    makeInputs(f, length, variant, variant < 2 ? ordinaryFor(f) : specialFor(f)));
+    bind(referenceBinding());
+    std::vector<Outcome> references;
+    for (const Inputs& in : inputs) references.push_back(call(f, in, {0, -1, 0}));
+    for (const test::Binding& binding : bindings_) {
+        bind(binding);
+        bool right = true;
+        for (std::size_t i = 0; right && i < inputs.size(); ++i)
+            right = checkLayouts(f, inputs[i], references[i], binding);
+        right = right && checkErrors(f, binding) && checkFailingHeap(f, binding);
+    }
 }
 
 void Checker::checkAsItsOwn(const Function& f, const OwnCheck& own) {
@@ -107,19 +109,6 @@ void Checker::checkAsItsOwn(const Function& f, const OwnCheck& own) {
         std::string complaint = own.check(f, binding.columnName());
         if (complaint.empty() && liveBlocks() != before) complaint = "leaves blocks of memory allocated";
         if (!complaint.empty()) report(f, &binding, complaint);
-    }
-}
-
-void Checker::checkLength(const Function& f, int length) {
-    for (int variant = 0; variant < 4; ++variant) {
-        const Inputs in = makeInputs(f, length, variant, variant < 2 ? ordinaryFor(f) : specialFor(f));
-        bind(referenceBinding());
-        const Outcome reference = call(f, in, {0, -1, 0});
-        for (const test::Binding& binding : bindings_) {
-            if (failed(f, binding)) continue;
-            bind(binding);
-            checkLayouts(f, in, reference, binding);
-        }
     }
 }
 
@@ -147,50 +136,47 @@ bool Checker::checkLayouts(const Function& f, const Inputs& in, const Outcome& r
     return true;
 }
 
-void Checker::checkErrors(const Function& f) {
+bool Checker::checkErrors(const Function& f, const test::Binding& binding) {
     const Inputs in = makeInputs(f, 8, 0, ordinaryFor(f));
     for (std::size_t i = 0; i < f.arguments.size(); ++i) {
         const Argument& a = f.arguments[i];
-        const int index = static_cast<int>(i);
-        if (a.pointers != 0 && !mayBeNull(f, a)) checkError(f, in, {0, -1, 0, index}, zppStatusNullPointer);
-        if (a.role == Role::kObject) checkError(f, in, {0, -1, 0, index, 0x5EED}, zppStatusContextMismatch);
+        const auto fails = [&](double illegal, int status, const char* value) {
+            const Layout layout = {0, -1, 0, static_cast<int>(i), illegal};
+            return isRight(f, binding, call(f, in, layout), status, a.name + " = " + value);
+        };
+        if (a.pointers != 0 && !mayBeNull(f, a) && !fails(0, zppStatusNullPointer, "null")) return false;
+        if (a.role == Role::kObject && !fails(0x5EED, zppStatusContextMismatch, "an object of another kind"))
+            return false;
         if (a.role != Role::kNumber) continue;
         const Number& number = *numberOf(f, a);
-        for (const double value : number.refused) checkError(f, in, {0, -1, 0, index, value}, number.status);
+        for (const double value : number.refused)
+            if (!fails(value, number.status, std::to_string(value).c_str())) return false;
     }
+    return true;
 }
 
 // Each allocation of a long call fails once; the call that ends as usual had no more of them.
-void Checker::checkFailingHeap(const Function& f) {
+bool Checker::checkFailingHeap(const Function& f, const test::Binding& binding) {
     const Inputs in = makeInputs(f, lengthsOf(f).back(), 1, ordinaryFor(f));
-    for (const test::Binding& binding : bindings_) {
-        if (failed(f, binding)) continue;
-        bind(binding);
-        const std::int32_t usual = call(f, in, {0, -1, 0}).status;
-        for (int n = 0;; ++n) {
-            const Outcome outcome = call(f, in, {0, -1, 0, -1, 0, n});
-            const bool ended = outcome.status == usual;
-            const std::string fault = ended ? outcome.complaint : faultOf(outcome, zppStatusAllocationFailed);
-            if (!fault.empty()) report(f, &binding, fault, 0, "allocation " + std::to_string(n) + " fails");
-            if (ended || !fault.empty()) break;
-        }
+    const std::int32_t usual = call(f, in, {0, -1, 0}).status;
+    for (int n = 0;; ++n) {
+        const Outcome outcome = call(f, in, {0, -1, 0, -1, 0, n});
+        const bool ended = outcome.status == usual;
+        if (!isRight(f, binding, outcome, ended ? usual : zppStatusAllocationFailed,
+                     "allocation " + std::to_string(n) + " fails"))
+            return false;
+        if (ended) return true;
     }
 }
 
-void Checker::checkError(const Function& f, const Inputs& in, const Layout& layout, int expected) {
-    for (const test::Binding& binding : bindings_) {
-        if (failed(f, binding)) continue;
-        bind(binding);
-        const Outcome outcome = call(f, in, layout);
-        const std::string fault = faultOf(outcome, expected);
-        const Argument& a = f.arguments[static_cast<std::size_t>(layout.replaced)];
-        char number[32];
-        std::snprintf(number, sizeof number, "%g", layout.illegal);
-        const std::string value = a.pointers == 0       ? number
-                                  : layout.illegal == 0 ? "null"
-                                                        : "an object of another kind";
-        if (!fault.empty()) report(f, &binding, fault, 0, a.name + " = " + value);
-    }
+// Whether a call ended so; if not, it is reported.
+bool Checker::isRight(const Function& f, const test::Binding& binding, const Outcome& outcome, int expected,
+                      const std::string& details) {
+    std::string fault = outcome.complaint;
+    if (fault.empty() && outcome.status != expected)
+        fault = "returns " + std::to_string(outcome.status) + ", expected " + std::to_string(expected);
+    if (!fault.empty()) report(f, &binding, fault, 0, details);
+    return fault.empty();
 }
 
 }  // namespace zpp::check

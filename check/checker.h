@@ -39,16 +39,15 @@ class Checker {
 
   private:
     void checkAsItsOwn(const Function& f, const OwnCheck& own);
-    void checkLength(const Function& f, int length);
-    void checkErrors(const Function& f);
-    void checkFailingHeap(const Function& f);
-    void checkError(const Function& f, const Inputs& in, const Layout& layout, int expected);
+    bool checkErrors(const Function& f, const test::Binding& binding);
+    bool checkFailingHeap(const Function& f, const test::Binding& binding);
+    bool isRight(const Function& f, const test::Binding& binding, const Outcome& outcome, int expected,
+                 const std::string& details);
     bool checkLayouts(const Function& f, const Inputs& in, const Outcome& reference,
                       const test::Binding& binding);
     Outcome call(const Function& f, const Inputs& in, const Layout& layout);
     void report(const Function& f, const test::Binding* binding, const std::string& text, int length = 0,
                 const std::string& details = "");
-    bool failed(const Function& f, const test::Binding& binding) const;
 
     const Options options_;
     std::vector<test::Binding> bindings_;  // that are asked for
@@ -56,7 +55,6 @@ class Checker {
     Entry plantedEntry_ = nullptr, plantedReference_ = nullptr;
     long calls_ = 0;
     std::vector<std::string> reports_;
-    std::vector<std::string> failures_;  // function and binding
 };
 
 // What the results are compared with.
