@@ -1,6 +1,7 @@
 #include <climits>
 #include <cstring>
 
+#include "frame/memory.h"
 #include "tests/support/binding.h"
 #include "tests/support/heap.h"
 #include "zpp/frame.h"
@@ -34,6 +35,12 @@ TEST_P(Memory, AllocatesAligned) {
     expectAllocates(zppsMalloc_32sc);
     expectAllocates(zppsMalloc_64fc);
     zppsFree(nullptr);
+}
+
+TEST(Allocator, RefusesWhatNoHeapHas) {
+    constexpr unsigned long long all = SIZE_MAX;
+    for (const auto bytes : {all / 2, all - 100, all - 71, all - 67, all - 8, all, all << 1, ULLONG_MAX})
+        EXPECT_EQ(allocateAligned(bytes), nullptr) << bytes;
 }
 
 #ifdef __i386__

@@ -7,8 +7,12 @@
 #include <climits>
 #include <cstring>
 
+#include "frame/memory.h"
+
 #ifdef __SANITIZE_ADDRESS__
 #include <sanitizer/asan_interface.h>
+// A heap that is asked for too much returns null, as it does without the sanitizer.
+extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }
 #else
 #define ASAN_POISON_MEMORY_REGION(address, size)
 #define ASAN_UNPOISON_MEMORY_REGION(address, size)
@@ -59,9 +63,14 @@ std::int32_t lastReleasedIdentifier() { return releasedIdentifier; }
 
 extern "C" void* __wrap__ZN3zpp15allocateAlignedEy(unsigned long long bytes) {
     if (allocationsLeft != INT_MAX && allocationsLeft-- == 0) return nullptr;
+    if (bytes > PTRDIFF_MAX - kBefore - kBehind) {
+        EXPECT_EQ(__real__ZN3zpp15allocateAlignedEy(bytes), nullptr) << "no heap has " << bytes << " bytes";
+        return nullptr;
+    }
     const auto size = static_cast<std::size_t>(bytes);
-    void* zones = size == bytes ? __real__ZN3zpp15allocateAlignedEy(kBefore + bytes + kBehind) : nullptr;
+    void* zones = __real__ZN3zpp15allocateAlignedEy(kBefore + bytes + kBehind);
     if (zones == nullptr) return nullptr;
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(zones) % kBlockAlignment, 0u);
     ++live;
     std::memset(zones, kPattern, kBefore + size + kBehind);
     std::memcpy(zones, &size, sizeof size);
