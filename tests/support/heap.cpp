@@ -43,8 +43,9 @@ bool isPattern(const unsigned char* first, const unsigned char* last) {
 
 class LeakWatcher : public testing::EmptyTestEventListener {
     void OnTestStart(const testing::TestInfo&) override { before_ = live; }
-    void OnTestEnd(const testing::TestInfo&) override {
-        EXPECT_EQ(live, before_) << "blocks of the library after and before the test";
+    void OnTestEnd(const testing::TestInfo& test) override {
+        EXPECT_EQ(live, before_) << "blocks of the library after and before " << test.test_suite_name() << '.'
+                                 << test.name();
     }
     long before_ = 0;
 };
