@@ -14,13 +14,18 @@ void expectMoves(ZppStatus (*copy)(const T*, T*, int), ZppStatus (*move)(const T
     for (const auto call : {copy, move})
         expectRow<Raw<T>>(
             "movement", outOfPlace(call), [](Raw<T> x) { return x; }, Lengths::kEvery, any);
-    constexpr int len = 37;
-    for (int shift = -len; shift <= len; ++shift) {
-        auto values = Random(2).patterns<T>(3 * len);
-        Guarded<T> buffer(values);
-        std::memmove(&values[static_cast<std::size_t>(len + shift)], &values[len], len * sizeof(T));
-        EXPECT_EQ(move(buffer + len, buffer + len + shift, len), zppStatusOk);
-        EXPECT_TRUE(sameBits(values, buffer.values())) << "shift " << shift;
+    // Every distance of a short vector, some of a long one; support/copies.cpp is no memmove in disguise.
+    const std::pair<int, int> steps[] = {{37, 1}, {1000, 111}, {20000, 6661}};
+    for (const auto& [len, step] : steps) {
+        const auto size = static_cast<std::size_t>(len);
+        const auto values = Random(2).patterns<T>(3 * size);
+        for (int shift = -len; shift <= len; shift += step) {
+            auto expected = values;
+            Guarded<T> buffer(values);
+            std::copy_n(values.data() + len, size, expected.data() + len + shift);
+            EXPECT_EQ(move(buffer + len, buffer + len + shift, len), zppStatusOk);
+            EXPECT_TRUE(sameBits(expected, buffer.values())) << len << " elements, shift " << shift;
+        }
     }
 }
 

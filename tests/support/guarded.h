@@ -29,6 +29,9 @@ class Guarded {
     void assign(const std::vector<T>& values) { std::memcpy(data_, values.data(), size_ * sizeof(T)); }
     std::vector<T> values() const { return std::vector<T>(data_, data_ + size_); }
 
+    // From now on a write into the vector ends the test too.
+    void protect() { pages_.protect(); }
+
     T* data() { return data_; }
     const T* data() const { return data_; }
     operator T*() { return data_; }

@@ -1,5 +1,6 @@
 #include "tests/support/pages.h"
 
+#include <cstdlib>
 #include <new>
 
 #ifdef _WIN32
@@ -19,8 +20,12 @@ std::size_t pageBytes() {
     return system.dwPageSize;
 }
 void* reserve(std::size_t bytes) { return VirtualAlloc(nullptr, bytes, MEM_RESERVE, PAGE_NOACCESS); }
-bool open(void* pages, std::size_t bytes) {
+bool allowWriting(void* pages, std::size_t bytes) {
     return VirtualAlloc(pages, bytes, MEM_COMMIT, PAGE_READWRITE) != nullptr;
+}
+bool forbidWriting(void* pages, std::size_t bytes) {
+    DWORD before;
+    return VirtualProtect(pages, bytes, PAGE_READONLY, &before) != 0;
 }
 void release(void* pages, std::size_t) { VirtualFree(pages, 0, MEM_RELEASE); }
 #else
@@ -29,7 +34,10 @@ void* reserve(std::size_t bytes) {
     void* pages = mmap(nullptr, bytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     return pages == MAP_FAILED ? nullptr : pages;
 }
-bool open(void* pages, std::size_t bytes) { return mprotect(pages, bytes, PROT_READ | PROT_WRITE) == 0; }
+bool allowWriting(void* pages, std::size_t bytes) {
+    return mprotect(pages, bytes, PROT_READ | PROT_WRITE) == 0;
+}
+bool forbidWriting(void* pages, std::size_t bytes) { return mprotect(pages, bytes, PROT_READ) == 0; }
 void release(void* pages, std::size_t bytes) { munmap(pages, bytes); }
 #endif
 
@@ -41,7 +49,7 @@ GuardedPages::GuardedPages(std::size_t bytes) {
     auto* first = static_cast<unsigned char*>(reserve(bytes_ + 2 * page));
     if (first == nullptr) throw std::bad_alloc();
     begin_ = first + page;
-    if (!open(begin_, bytes_)) {
+    if (!allowWriting(begin_, bytes_)) {
         release(first, bytes_ + 2 * page);
         throw std::bad_alloc();
     }
@@ -50,6 +58,10 @@ GuardedPages::GuardedPages(std::size_t bytes) {
 GuardedPages::~GuardedPages() {
     const std::size_t page = pageBytes();
     release(begin_ - page, bytes_ + 2 * page);
+}
+
+void GuardedPages::protect() {
+    if (!forbidWriting(begin_, bytes_)) std::abort();
 }
 
 }  // namespace zpp::test

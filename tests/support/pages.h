@@ -13,6 +13,9 @@ class GuardedPages {
     GuardedPages& operator=(const GuardedPages&) = delete;
     ~GuardedPages();
 
+    // From now on they can be read only.
+    void protect();
+
     unsigned char* begin() const { return begin_; }
     unsigned char* end() const { return begin_ + bytes_; }
 
