@@ -48,7 +48,7 @@ ZPP_INLINE auto zeroOrNan(V divisor) {
     return (divisor == 0) | (divisor != divisor);
 }
 
-// What is divided by instead of a zero divisor: 1, which raises no exception flag.
+// What is divided by instead of a zero divisor: 1, which does not raise the exception of a division by zero.
 template <class M, class V>
 ZPP_INLINE V oneWhere(M zero, V divisor) {
     return select(zero, broadcast<V>(1.0), divisor);

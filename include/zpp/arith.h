@@ -35,7 +35,8 @@ ZPP_EXPORT(ZppStatus, zppsMul_64fc_I, (const Zpp64fc* pSrc, Zpp64fc* pSrcDst, in
  * Complex, with a the dividend, b the divisor and D = b.im b.im + b.re b.re:
  * ((a.re b.re + a.im b.im) * (1 / D), (a.im b.re - a.re b.im) * (1 / D)).
  * A divisor (complex: D) that is zero or NaN gives, by the sign of the dividend (complex: of each part),
- * +Inf, -Inf, or for zero and NaN the quiet NaN 0xFFF8000000000000, and warning 6 at the end. */
+ * +Inf, -Inf, or for zero and NaN the quiet NaN 0xFFF8000000000000, and warning 6 at the end. Division by zero,
+ * the floating-point exception, is not raised; the others may be. */
 ZPP_EXPORT(ZppStatus, zppsDiv_64f, (const Zpp64f* pSrc1, const Zpp64f* pSrc2, Zpp64f* pDst, int len))
 ZPP_EXPORT(ZppStatus, zppsDiv_64f_I, (const Zpp64f* pSrc, Zpp64f* pSrcDst, int len))
 ZPP_EXPORT(ZppStatus, zppsDiv_64fc, (const Zpp64fc* pSrc1, const Zpp64fc* pSrc2, Zpp64fc* pDst, int len))
@@ -68,7 +69,8 @@ ZPP_EXPORT(ZppStatus, zppsMulC_64fc, (const Zpp64fc* pSrc, Zpp64fc val, Zpp64fc*
 ZPP_EXPORT(ZppStatus, zppsMulC_64fc_I, (Zpp64fc val, Zpp64fc* pSrcDst, int len))
 
 /* Real: pDst[i] = pSrc[i] * (1 / val), computed by zppsMulC with 1 / val; it may differ in the last bit from
- * pSrc[i] / val. Complex: the formula of zppsDiv with b = val.
+ * pSrc[i] / val. Complex: the formula of zppsDiv with b = val; where D is zero though val is not, 1 / D is Inf and
+ * raises division by zero.
  * Returned, real: -10 for val zero or NaN, before anything else; then as zppsMulC.
  * Returned, complex: -8; -6; then -10 for a val of which each part is zero or NaN. */
 ZPP_EXPORT(ZppStatus, zppsDivC_64f, (const Zpp64f* pSrc, Zpp64f val, Zpp64f* pDst, int len))

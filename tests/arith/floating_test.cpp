@@ -1,216 +1,172 @@
-#include <cfloat>
-#include <cmath>
-#include <limits>
-
+#include "frame/cpu.h"
 #include "tests/support/binding.h"
-#include "tests/support/compare.h"
-#include "tests/support/guarded.h"
-#include "tests/support/random.h"
 #include "tests/support/rounded.h"
+#include "tests/support/table.h"
 #include "zpp/arith.h"
 
 namespace zpp::test {
 namespace {
 
-constexpr double kInf = std::numeric_limits<double>::infinity();
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-
-class Floating : public BoundTest {
-  protected:
-    // Equal to the bit, all NaNs being one; but the builds that compute with the x87 unit may round a
-    // subnormal result twice.
-    testing::AssertionResult same(double expected, double actual) const {
-        if (std::isnan(expected) && std::isnan(actual)) return testing::AssertionSuccess();
-        const auto e = std::bit_cast<std::int64_t>(expected);
-        const auto a = std::bit_cast<std::int64_t>(actual);
-        const bool twice = GetParam().isa < kSse2Isa && std::fabs(expected) < DBL_MIN;
-        if (e == a || (twice && std::abs(e - a) <= 1)) return testing::AssertionSuccess();
-        return testing::AssertionFailure() << std::hexfloat << actual << ", expected " << expected;
-    }
-    testing::AssertionResult same(Zpp64fc expected, Zpp64fc actual) const {
-        const auto re = same(expected.re, actual.re);
-        return re ? same(expected.im, actual.im) : re;
-    }
-    template <class T>
-    void expectSame(const std::vector<T>& expected, const Guarded<T>& actual, const char* what) const {
-        for (std::size_t i = 0; i < expected.size(); ++i)
-            ASSERT_TRUE(same(expected[i], actual.data()[i]))
-                << what << ", element " << i << " of " << expected.size();
-        ASSERT_TRUE(actual.intact()) << what;
-    }
-};
+class Floating : public BoundTest {};
 ZPP_FOR_ALL_BINDINGS(Floating);
 
-// One number in four is special. Tiny ones are powers of two.
-double drawNumber(Random& random) {
-    constexpr double kSpecial[] = {0.0, -0.0,    kInf,     -kInf,   kNan,     1,
-                                   -1,  DBL_MAX, -DBL_MAX, DBL_MIN, 0x1p-1074};
-    return random.below(4) == 0 ? kSpecial[random.below(std::size(kSpecial))] : random.uniform(-4, 4);
-}
-void draw(Random& random, double& x) { x = drawNumber(random); }
-void draw(Random& random, Zpp64fc& x) { x = {drawNumber(random), drawNumber(random)}; }
-
-template <class T>
-std::vector<T> drawVector(Random& random, int len) {
-    std::vector<T> values(static_cast<std::size_t>(len));
-    for (T& x : values) draw(random, x);
-    return values;
-}
-
+bool isZeroOrNan(double x) { return x == 0 || std::isnan(x); }
 double signedInfinity(double a) { return a > 0 ? kInf : a < 0 ? -kInf : kNan; }
 
-double subtract(double a, double b) { return difference(b, a); }
-double divide(double a, double b) { return a == 0 || std::isnan(a) ? signedInfinity(b) : quotient(b, a); }
+template <class T>
+T differenceFrom(T a, T b) {
+    return difference(b, a);
+}
+double copyOrSum(double x, double v) { return isZeroOrNan(v) ? x : sum(x, v); }
+double copyOrDifference(double x, double v) { return isZeroOrNan(v) ? x : difference(x, v); }
+double copyOrProduct(double x, double v) {
+    return v == 1 || std::isnan(v) ? x : v == 0 ? 0.0 : product(x, v);
+}
+template <class T>
+T sumWithProduct(T a, T b, T total) {
+    return sum(total, product(a, b));
+}
 
-Zpp64fc subtract(Zpp64fc a, Zpp64fc b) { return difference(b, a); }
 double squaredNorm(Zpp64fc x) { return sum(product(x.im, x.im), product(x.re, x.re)); }
-Zpp64fc divide(Zpp64fc b, Zpp64fc a) {
-    const double norm = squaredNorm(b);
-    if (norm == 0 || std::isnan(norm)) return {signedInfinity(a.re), signedInfinity(a.im)};
-    const double inverse = quotient(1, norm);
+Zpp64fc complexQuotient(Zpp64fc a, Zpp64fc b) {
+    const double inverse = quotient(1, squaredNorm(b));
     const Zpp64fc scaled = product(a, conjugate(b));
     return {product(scaled.re, inverse), product(scaled.im, inverse)};
 }
-double multiplyC(double x, double v) { return v == 1 || std::isnan(v) ? x : v == 0 ? 0.0 : product(x, v); }
-
-template <class T>
-struct Binary {
-    const char* name;
-    ZppStatus (*call)(const T*, const T*, T*, int);
-    ZppStatus (*inPlace)(const T*, T*, int);
-    T (*expected)(T, T);
-    bool divides = false;
-};
-
-const Binary<double> kBinary[] = {
-    {"Add_64f", zppsAdd_64f, zppsAdd_64f_I, sum},
-    {"Sub_64f", zppsSub_64f, zppsSub_64f_I, subtract},
-    {"Mul_64f", zppsMul_64f, zppsMul_64f_I, product},
-    {"Div_64f", zppsDiv_64f, zppsDiv_64f_I, divide, true},
-};
-const Binary<Zpp64fc> kComplexBinary[] = {
-    {"Add_64fc", zppsAdd_64fc, zppsAdd_64fc_I, sum},
-    {"Sub_64fc", zppsSub_64fc, zppsSub_64fc_I, subtract},
-    {"Mul_64fc", zppsMul_64fc, zppsMul_64fc_I, product},
-    {"Div_64fc", zppsDiv_64fc, zppsDiv_64fc_I, divide, true},
-};
-
-bool isZeroOrNan(double x) { return x == 0 || std::isnan(x); }
-bool isZeroOrNan(Zpp64fc x) { return isZeroOrNan(squaredNorm(x)); }
-
-TEST_P(Floating, VectorWithVector) {
-    const auto run = [&]<class T>(const Binary<T>& c) {
-        Random random(1);
-        for (const int len : awkwardLengths()) {
-            const auto a = drawVector<T>(random, len), b = drawVector<T>(random, len);
-            std::vector<T> expected;
-            bool zeroMet = false;
-            for (std::size_t i = 0; i < a.size(); ++i) {
-                expected.push_back(c.expected(a[i], b[i]));
-                zeroMet |= c.divides && isZeroOrNan(a[i]);
-            }
-            const ZppStatus status = zeroMet ? zppStatusDivByZero : zppStatusOk;
-            Guarded<T> src1(a), src2(b), dst(a.size());
-            EXPECT_EQ(c.call(src1, src2, dst, len), status) << c.name;
-            expectSame(expected, dst, c.name);
-            EXPECT_EQ(c.inPlace(src1, src2, len), status) << c.name;
-            expectSame(expected, src2, c.name);
-        }
-        EXPECT_EQ(c.call(nullptr, nullptr, nullptr, 0), zppStatusNullPointer) << c.name;
-        EXPECT_EQ(c.inPlace(nullptr, nullptr, 0), zppStatusNullPointer) << c.name;
-    };
-    for (const auto& c : kBinary) run(c);
-    for (const auto& c : kComplexBinary) run(c);
+Warned<double> divided(double b, double a) {
+    if (isZeroOrNan(b)) return {signedInfinity(a), zppStatusDivByZero};
+    return quotient(a, b);
+}
+Warned<Zpp64fc> divided(Zpp64fc b, Zpp64fc a) {
+    if (isZeroOrNan(squaredNorm(b)))
+        return {{signedInfinity(a.re), signedInfinity(a.im)}, zppStatusDivByZero};
+    return complexQuotient(a, b);
 }
 
-template <class T>
-struct WithConstant {
-    const char* name;
-    ZppStatus (*call)(const T*, T, T*, int);
-    ZppStatus (*inPlace)(T, T*, int);
-    T (*expected)(T src, T val);
-};
-const WithConstant<double> kWithConstant[] = {
-    {"AddC_64f", zppsAddC_64f, zppsAddC_64f_I,
-     [](double x, double v) { return isZeroOrNan(v) ? x : sum(x, v); }},
-    {"SubC_64f", zppsSubC_64f, zppsSubC_64f_I,
-     [](double x, double v) { return isZeroOrNan(v) ? x : difference(x, v); }},
-    {"SubCRev_64f", zppsSubCRev_64f, zppsSubCRev_64f_I, subtract},
-    {"MulC_64f", zppsMulC_64f, zppsMulC_64f_I, multiplyC},
-    {"DivC_64f", zppsDivC_64f, zppsDivC_64f_I,
-     [](double x, double v) { return multiplyC(x, quotient(1, v)); }},
-};
-const WithConstant<Zpp64fc> kWithComplexConstant[] = {
-    {"AddC_64fc", zppsAddC_64fc, zppsAddC_64fc_I, sum},
-    {"SubC_64fc", zppsSubC_64fc, zppsSubC_64fc_I, difference},
-    {"SubCRev_64fc", zppsSubCRev_64fc, zppsSubCRev_64fc_I, subtract},
-    {"MulC_64fc", zppsMulC_64fc, zppsMulC_64fc_I, product},
-    {"DivC_64fc", zppsDivC_64fc, zppsDivC_64fc_I, [](Zpp64fc x, Zpp64fc v) { return divide(v, x); }},
-};
+TEST_P(Floating, VectorWithVector) {
+    binary("Add_64f", zppsAdd_64f, zppsAdd_64f_I, sum);
+    binary("Sub_64f", zppsSub_64f, zppsSub_64f_I, differenceFrom<double>);
+    binary("Mul_64f", zppsMul_64f, zppsMul_64f_I, product);
+    binary("Div_64f", zppsDiv_64f, zppsDiv_64f_I, divided);
+    binary("Add_64fc", zppsAdd_64fc, zppsAdd_64fc_I, sum);
+    binary("Sub_64fc", zppsSub_64fc, zppsSub_64fc_I, differenceFrom<Zpp64fc>);
+    binary("Mul_64fc", zppsMul_64fc, zppsMul_64fc_I, product);
+    binary("Div_64fc", zppsDiv_64fc, zppsDiv_64fc_I, divided);
+}
 
 TEST_P(Floating, VectorWithConstant) {
-    const auto run = [&]<class T>(const WithConstant<T>& c, T val) {
-        Random random(2);
-        for (const int len : awkwardLengths()) {
-            const auto values = drawVector<T>(random, len);
-            std::vector<T> expected;
-            for (const T& x : values) expected.push_back(c.expected(x, val));
-            Guarded<T> src(values), dst(values.size());
-            EXPECT_EQ(c.call(src, val, dst, len), zppStatusOk) << c.name;
-            expectSame(expected, dst, c.name);
-            EXPECT_EQ(c.inPlace(val, src, len), zppStatusOk) << c.name;
-            expectSame(expected, src, c.name);
-        }
-        // Some constants go a way of their own.
-        Guarded<T> src(4), dst(4);
-        EXPECT_EQ(c.call(nullptr, val, dst, 0), zppStatusNullPointer) << c.name;
-        EXPECT_EQ(c.call(src, val, nullptr, 0), zppStatusNullPointer) << c.name;
-        EXPECT_EQ(c.inPlace(val, nullptr, 0), zppStatusNullPointer) << c.name;
-        EXPECT_EQ(c.call(src, val, dst, 0), zppStatusSizeError) << c.name;
-        EXPECT_EQ(c.inPlace(val, dst, -1), zppStatusSizeError) << c.name;
-        EXPECT_TRUE(dst.untouched()) << c.name;
-    };
-    for (const auto& c : kWithConstant)
-        for (const double val : {0.0, -0.0, 1.0, -1.0, 3.0, -0.7, 1e300, kInf, kNan}) {
-            const bool refused = c.call == zppsDivC_64f && isZeroOrNan(val);
-            if (!refused) run(c, val);
-        }
-    for (const auto& c : kWithComplexConstant)
-        for (const Zpp64fc val : {Zpp64fc{1, 0}, {0.3, -2}, {0, 5}, {1e-3, 1e5}, {kInf, 1}}) run(c, val);
+    const std::vector<double> divisors = {1, -1, 3, -0.7, 1e300, 0x1.fffffffffffffp-1, 0x1p-1074, kInf};
+    auto reals = divisors;
+    reals.insert(reals.end(), {0.0, -0.0, kNan});
+    withConstant("AddC_64f", zppsAddC_64f, zppsAddC_64f_I, copyOrSum, reals);
+    withConstant("SubC_64f", zppsSubC_64f, zppsSubC_64f_I, copyOrDifference, reals);
+    withConstant("SubCRev_64f", zppsSubCRev_64f, zppsSubCRev_64f_I, differenceFrom<double>, reals);
+    withConstant("MulC_64f", zppsMulC_64f, zppsMulC_64f_I, copyOrProduct, reals);
+    withConstant(
+        "DivC_64f", zppsDivC_64f, zppsDivC_64f_I,
+        [](double x, double v) { return copyOrProduct(x, quotient(1, v)); }, divisors);
+    const std::vector<Zpp64fc> numbers = {{1, 0}, {0.3, -2}, {0, 5}, {1e-3, 1e5}, {0.6, 0.8}, {kInf, 1}};
+    withConstant("AddC_64fc", zppsAddC_64fc, zppsAddC_64fc_I, sum, numbers);
+    withConstant("SubC_64fc", zppsSubC_64fc, zppsSubC_64fc_I, difference, numbers);
+    withConstant("SubCRev_64fc", zppsSubCRev_64fc, zppsSubCRev_64fc_I, differenceFrom<Zpp64fc>, numbers);
+    withConstant("MulC_64fc", zppsMulC_64fc, zppsMulC_64fc_I, product, numbers);
+    withConstant("DivC_64fc", zppsDivC_64fc, zppsDivC_64fc_I, complexQuotient, numbers);
 }
 
 TEST_P(Floating, AddsProducts) {
-    const auto run = [&]<class T>(ZppStatus (*call)(const T*, const T*, T*, int)) {
-        Random random(3);
-        for (const int len : awkwardLengths()) {
-            const auto a = drawVector<T>(random, len), b = drawVector<T>(random, len);
-            auto total = drawVector<T>(random, len);
-            Guarded<T> src1(a), src2(b), dst(total);
-            for (std::size_t i = 0; i < a.size(); ++i) total[i] = sum(total[i], product(a[i], b[i]));
-            EXPECT_EQ(call(src1, src2, dst, len), zppStatusOk);
-            expectSame(total, dst, "AddProduct");
-        }
-        EXPECT_EQ(call(nullptr, nullptr, nullptr, 0), zppStatusNullPointer);
-    };
-    run(zppsAddProduct_64f);
-    run(zppsAddProduct_64fc);
+    expectDrawn<double, double, double, double>("AddProduct_64f", inPlace(zppsAddProduct_64f),
+                                                sumWithProduct<double>);
+    expectDrawn<Zpp64fc, Zpp64fc, Zpp64fc, Zpp64fc>("AddProduct_64fc", inPlace(zppsAddProduct_64fc),
+                                                    sumWithProduct<Zpp64fc>);
 }
 
-TEST_P(Floating, DividesByZero) {
-    constexpr std::uint64_t kQuietNan = 0xFFF8000000000000;
-    const std::vector<double> divisors = {0, -0.0, 2, 0, kNan, kNan, 0},
-                              dividends = {3, -3, 4, 0, 5, kNan, kNan};
-    Guarded<double> src1(divisors), src2(dividends), dst(divisors.size());
-    EXPECT_EQ(zppsDiv_64f(src1, src2, dst, dst.len()), zppStatusDivByZero);
-    EXPECT_TRUE(sameBits({kInf, -kInf, 2.0, std::bit_cast<double>(kQuietNan), kInf,
-                          std::bit_cast<double>(kQuietNan), std::bit_cast<double>(kQuietNan)},
-                         dst.values()));
+// Any digits, and an exponent near the given one.
+void drawNear(Random& random, int exponent, double& x) {
+    x = std::ldexp(random.uniform(-1, 1), exponent + static_cast<int>(random.below(4)));
+}
+void drawNear(Random& random, int exponent, Zpp64fc& x) {
+    drawNear(random, exponent, x.re);
+    drawNear(random, exponent, x.im);
+}
 
-    // The second divisor is too small for its squared norm.
-    const std::vector<Zpp64fc> zeros = {{0, -0.0}, {1e-200, 1e-200}}, numbers = {{1, -1}, {0, kInf}};
-    Guarded<Zpp64fc> src1c(zeros), src2c(numbers), dstc(2);
-    EXPECT_EQ(zppsDiv_64fc(src1c, src2c, dstc, 2), zppStatusDivByZero);
-    EXPECT_TRUE(sameBits({{kInf, -kInf}, {std::bit_cast<double>(kQuietNan), kInf}}, dstc.values()));
+template <class T, class Multiply, class Divide, class AddProduct>
+void expectRoundedOnce(Multiply multiply, Divide divide, AddProduct addProduct) {
+    // The exponents of factors, of which the first is also the divisor.
+    const std::pair<int, int> exponents[] = {{-510, -515}, {513, -511}, {0, -1024}, {-1060, 36},
+                                             {510, 511},   {-512, 510}, {-539, -2}, {511, 511}};
+    for (const auto& [first, second] : exponents) {
+        Random random;
+        std::vector<T> a(500), b(500), total(500);
+        for (T& x : a) drawNear(random, first, x);
+        for (T& x : b) drawNear(random, second, x);
+        for (T& x : total) drawNear(random, -1024, x);
+        expectRow<T>("Mul", outOfPlace(multiply), product, Lengths::kWhole, a, b);
+        expectRow<T>("Div", outOfPlace(divide), divided, Lengths::kWhole, a, b);
+        expectRow<T>("AddProduct", inPlace(addProduct), sumWithProduct<T>, Lengths::kWhole, a, b, total);
+    }
+}
+
+TEST_P(Floating, RoundsOnceAtTheEndsOfTheRange) {
+    expectRoundedOnce<double>(zppsMul_64f, zppsDiv_64f, zppsAddProduct_64f);
+    expectRoundedOnce<Zpp64fc>(zppsMul_64fc, zppsDiv_64fc, zppsAddProduct_64fc);
+
+    double x = 0x0.fffffffffffffp-1022;
+    EXPECT_EQ(zppsMulC_64f_I(0x1.fffffffffffffp-1, &x, 1), zppStatusOk);
+    EXPECT_EQ(x, 0x0.fffffffffffffp-1022);
+    const struct {
+        Zpp64fc dividend, divisor, expected;
+    } quotients[] = {{{1, 0}, {1.7e-162, 1.7e-162}, {kInf, -kInf}},
+                     {{1.3e154, 0}, {1.3e154, 0}, {0x1.ffffffffffffcp-1, 0}}};
+    for (const auto& q : quotients) {
+        Zpp64fc byVector = q.dividend, byConstant = q.dividend;
+        EXPECT_EQ(zppsDiv_64fc_I(&q.divisor, &byVector, 1), zppStatusOk);
+        EXPECT_EQ(zppsDivC_64fc_I(q.divisor, &byConstant, 1), zppStatusOk);
+        EXPECT_TRUE(same(q.expected, byVector)) << shown(byVector);
+        EXPECT_TRUE(same(q.expected, byConstant)) << shown(byConstant);
+    }
+}
+
+// The exception flags of both units.
+void clearFlags() {
+    const unsigned mxcsr = 0x1F80;
+    __asm__ volatile("fnclex");
+    if (hasSse()) __asm__ volatile("ldmxcsr %0" : : "m"(mxcsr));
+}
+bool dividedByZero() {
+    unsigned mxcsr = 0;
+    unsigned short x87;
+    __asm__ volatile("fnstsw %0" : "=m"(x87));
+    if (hasSse()) __asm__ volatile("stmxcsr %0" : "=m"(mxcsr));
+    return ((mxcsr | x87) & 4) != 0;
+}
+
+// By their bits: the NaN is of one kind.
+TEST_P(Floating, DividesByZeroWithoutRaisingTheFlag) {
+    const auto nan = std::bit_cast<double>(std::uint64_t{0xFFF8000000000000});
+    // The third complex divisor is too small for its squared norm.
+    const std::vector<double> divisors = {0, -0.0, 2, 0, kNan, kNan, 0, -0.0},
+                              dividends = {3, -3, 4, 0, 5, kNan, kNan, kInf},
+                              quotients = {kInf, -kInf, 2, nan, kInf, nan, nan, kInf};
+    const std::vector<Zpp64fc> zeros = {{0, 0}, {-0.0, 0}, {1e-200, 1e-200}, {kNan, 0}, {0, 2}},
+                               numbers = {{1, -1}, {0, -3}, {0, kInf}, {kNan, 2}, {2, 4}},
+                               results = {{kInf, -kInf}, {nan, -kInf}, {nan, kInf}, {nan, kInf}, {2, -1}};
+    for (std::size_t n = 1; n <= divisors.size(); ++n) {
+        const auto firstOf = [=](const auto& v) {
+            return std::decay_t<decltype(v)>(v.begin(), v.begin() + static_cast<long>(std::min(n, v.size())));
+        };
+        Guarded<double> src1(firstOf(divisors)), src2(firstOf(dividends)), dst(src1.size());
+        Guarded<Zpp64fc> src1c(firstOf(zeros)), src2c(firstOf(numbers)), dstc(src1c.size());
+        clearFlags();
+        const ZppStatus status = zppsDiv_64f(src1, src2, dst, dst.len()),
+                        statusc = zppsDiv_64fc(src1c, src2c, dstc, dstc.len());
+        EXPECT_FALSE(dividedByZero()) << n;
+        EXPECT_TRUE(status == zppStatusDivByZero && statusc == zppStatusDivByZero) << n;
+        EXPECT_TRUE(sameBits(firstOf(quotients), dst.values())) << n;
+        EXPECT_TRUE(sameBits(firstOf(results), dstc.values())) << n;
+    }
+    Zpp64fc number{1, 2};  // the flag is raised where it is said to be
+    EXPECT_EQ(zppsDivC_64fc_I({1e-200, 1e-200}, &number, 1), zppStatusOk);
+    EXPECT_TRUE(dividedByZero() && same(number, {kInf, kInf}));
 }
 
 TEST_P(Floating, RefusesToDivideByZeroConstants) {
@@ -228,6 +184,32 @@ TEST_P(Floating, RefusesToDivideByZeroConstants) {
         EXPECT_EQ(zppsDivC_64fc_I({0, zero}, dstc, 1), zppStatusDivideByZeroError);
     }
     EXPECT_TRUE(dst.untouched() && dstc.untouched());
+}
+
+// Some constants go a way of their own: with the same checks, and without a write in place.
+TEST_P(Floating, TakesShortcuts) {
+    const struct {
+        ZppStatus (*call)(const double*, double, double*, int);
+        ZppStatus (*inPlace)(double, double*, int);
+        double val;
+        bool writes = false;
+    } cases[] = {{zppsAddC_64f, zppsAddC_64f_I, 0}, {zppsAddC_64f, zppsAddC_64f_I, kNan},
+                 {zppsSubC_64f, zppsSubC_64f_I, 0}, {zppsSubC_64f, zppsSubC_64f_I, kNan},
+                 {zppsMulC_64f, zppsMulC_64f_I, 1}, {zppsMulC_64f, zppsMulC_64f_I, kNan},
+                 {zppsDivC_64f, zppsDivC_64f_I, 1}, {zppsMulC_64f, zppsMulC_64f_I, 0, true}};
+    for (const auto& c : cases) {
+        Guarded<double> src{1, -0.0, kInf}, dst(3);
+        EXPECT_EQ(c.call(nullptr, c.val, dst, 0), zppStatusNullPointer);
+        EXPECT_EQ(c.call(src, c.val, nullptr, 0), zppStatusNullPointer);
+        EXPECT_EQ(c.inPlace(c.val, nullptr, 0), zppStatusNullPointer);
+        EXPECT_EQ(c.call(src, c.val, dst, 0), zppStatusSizeError);
+        EXPECT_EQ(c.inPlace(c.val, dst, -1), zppStatusSizeError);
+        EXPECT_TRUE(dst.untouched());
+        if (c.writes) continue;
+        src.protect();
+        EXPECT_EQ(c.inPlace(c.val, src, 3), zppStatusOk);
+        EXPECT_EQ(c.call(src, c.val, src, 3), zppStatusOk);
+    }
 }
 
 }  // namespace
