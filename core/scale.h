@@ -1,5 +1,5 @@
 // The scaling rule of the integer forms: x * 2^-scaleFactor, rounded to nearest with ties to even, saturated.
-// A function picks one of the two shifts once per call; both work on lanes of any integer type.
+// withScale picks its case once per call, for lanes of any integer type.
 #pragma once
 
 #include "core/simd.h"
@@ -88,6 +88,30 @@ class SaturatedShiftLeft {
     int count_;
     Range<T> range_;
 };
+
+// The bits of a range behind the sign: as many places to the left take all numbers but 0 and -1 out of it.
+template <class T>
+inline int bitsOf(Range<T> range) {
+    int bits = 0;
+    while (range.upper >> bits > 0) ++bits;
+    return bits;
+}
+
+// run(scale), where scale(v) is v * 2^-scaleFactor for signed lanes of T, rounded and saturated to a range.
+// It is exact for every scaleFactor, unless a larger shift to the left is allowed than the range has bits: -1
+// then leaves the range.
+template <class T, class Run>
+ZPP_INLINE ZppStatus withScale(int scaleFactor, Range<T> range, int mostLeft, Run run) {
+    constexpr int width = 8 * sizeof(T);
+    if (scaleFactor <= 0) return run(SaturatedShiftLeft<T>(-clamp(scaleFactor, -mostLeft, 0), range));
+    if (scaleFactor >= width) return run([](auto v) ZPP_INLINE_LAMBDA { return v - v; });  // at most a half
+    const RoundedShiftRight<T> shift(scaleFactor);
+    return run([=](auto v) ZPP_INLINE_LAMBDA { return saturate(shift(v), range); });
+}
+template <class T, class Run>
+ZPP_INLINE ZppStatus withScale(int scaleFactor, Range<T> range, Run run) {
+    return withScale(scaleFactor, range, bitsOf(range), run);
+}
 
 // 2^exponent in the precision of T: infinite above its range, gradually 0 below.
 template <class T>

@@ -21,12 +21,13 @@ ZPP_INLINE Halves<V> halves(V low, V high) {
     return {low, high};
 }
 
-template <class Op, class V>
-ZPP_INLINE auto mapRegisters(Op op, V v) {
+// op on every register of operands that have as many.
+template <class Op, class V, class... W>
+ZPP_INLINE auto mapRegisters(Op op, V v, W... others) {
     if constexpr (kIsHalves<V>)
-        return halves(mapRegisters(op, v.low), mapRegisters(op, v.high));
+        return halves(mapRegisters(op, v.low, others.low...), mapRegisters(op, v.high, others.high...));
     else
-        return op(v);
+        return op(v, others...);
 }
 
 #ifdef __SSE2__
@@ -202,6 +203,13 @@ ZPP_INLINE void storeAsFloats(float* p, V v) {
 }
 
 enum class Rounding { kNearest, kZero };  // kNearest: ties to even, as the processor's default is
+
+// Calls run with the rounding that a mode stands for, as a constant.
+template <class Run>
+inline ZppStatus withRounding(ZppRoundMode mode, Run run) {
+    return mode == zppRoundNear ? run(std::integral_constant<Rounding, Rounding::kNearest>{})
+                                : run(std::integral_constant<Rounding, Rounding::kZero>{});
+}
 
 // Singles inside the range of int32_t as integers.
 template <Rounding rounding, class V>

@@ -1,5 +1,6 @@
 // Conversions between integers and floating types, and between floating types.
-#include "data/convert.h"
+#include "core/elementwise.h"
+#include "data/exports.h"
 
 namespace zpp::ZPP_ISA {
 namespace {
@@ -31,7 +32,7 @@ class ScaledDoubles {
 
 template <class S>
 inline ZppStatus scaledToDouble(const S* pSrc, Zpp64f* pDst, int len, int scaleFactor) {
-    return convertSteps<kLanes<double>>(pSrc, pDst, len, ScaledDoubles(scaleFactor), storeDoubles);
+    return elementwiseSteps<kLanes<double>>(ScaledDoubles(scaleFactor), storeDoubles, pDst, len, pSrc);
 }
 
 // Where the result is normal or infinite anyway, scaling after the rounding to single is exact. Elsewhere the
@@ -39,10 +40,10 @@ inline ZppStatus scaledToDouble(const S* pSrc, Zpp64f* pDst, int len, int scaleF
 template <class S>
 inline ZppStatus scaledToFloat(const S* pSrc, Zpp32f* pDst, int len, int scaleFactor) {
     if (scaleFactor < -127 || scaleFactor > 126)
-        return convertSteps<kLanes<double>>(pSrc, pDst, len, ScaledDoubles(clamp(scaleFactor, -500, 500)),
-                                            storeFloats);
+        return elementwiseSteps<kLanes<double>>(ScaledDoubles(clamp(scaleFactor, -500, 500)), storeFloats,
+                                                pDst, len, pSrc);
     const float multiplier = scaleMultiplier<float>(scaleFactor);
-    return convert(pSrc, pDst, len, [=](auto v) ZPP_INLINE_LAMBDA { return toFloat(v) * multiplier; });
+    return elementwise32([=](auto v) ZPP_INLINE_LAMBDA { return toFloat(v) * multiplier; }, pDst, len, pSrc);
 }
 
 // Singles as integers of type D. The upper bound of 32 bits is no single: it is put in at the end.
@@ -69,7 +70,7 @@ struct ToInteger {
 template <class S, class D>
 inline ZppStatus toInteger(const S* pSrc, D* pDst, int len, ZppRoundMode rndMode, float multiplier) {
     return withRounding(rndMode, [=](auto rounding) {
-        return convert(pSrc, pDst, len, ToInteger<D, decltype(rounding)::value>{multiplier});
+        return elementwise32(ToInteger<D, decltype(rounding)::value>{multiplier}, pDst, len, pSrc);
     });
 }
 template <class D>
@@ -88,34 +89,34 @@ inline ZppStatus toPacked(const Zpp32f* pSrc, D* pDst, int len, int scaleFactor)
 }  // namespace
 
 ZppStatus zppsConvert_8s32f(const Zpp8s* pSrc, Zpp32f* pDst, int len) {
-    return convert(pSrc, pDst, len, asFloat);
+    return elementwise32(asFloat, pDst, len, pSrc);
 }
 ZppStatus zppsConvert_8u32f(const Zpp8u* pSrc, Zpp32f* pDst, int len) {
-    return convert(pSrc, pDst, len, asFloat);
+    return elementwise32(asFloat, pDst, len, pSrc);
 }
 ZppStatus zppsConvert_16s32f(const Zpp16s* pSrc, Zpp32f* pDst, int len) {
-    return convert(pSrc, pDst, len, asFloat);
+    return elementwise32(asFloat, pDst, len, pSrc);
 }
 ZppStatus zppsConvert_16u32f(const Zpp16u* pSrc, Zpp32f* pDst, int len) {
-    return convert(pSrc, pDst, len, asFloat);
+    return elementwise32(asFloat, pDst, len, pSrc);
 }
 ZppStatus zppsConvert_32s32f(const Zpp32s* pSrc, Zpp32f* pDst, int len) {
-    return convert(pSrc, pDst, len, asFloat);
+    return elementwise32(asFloat, pDst, len, pSrc);
 }
 ZppStatus zppsConvert_32s64f(const Zpp32s* pSrc, Zpp64f* pDst, int len) {
-    return convertSteps<kLanes<double>>(pSrc, pDst, len, loadDoubles, storeDoubles);
+    return elementwiseSteps<kLanes<double>>(loadDoubles, storeDoubles, pDst, len, pSrc);
 }
 ZppStatus zppsConvert_32f64f(const Zpp32f* pSrc, Zpp64f* pDst, int len) {
-    return convertSteps<kLanes<double>>(pSrc, pDst, len, loadDoubles, storeDoubles);
+    return elementwiseSteps<kLanes<double>>(loadDoubles, storeDoubles, pDst, len, pSrc);
 }
 ZppStatus zppsConvert_64f32f(const Zpp64f* pSrc, Zpp32f* pDst, int len) {
-    return convertSteps<kLanes<double>>(pSrc, pDst, len, loadDoubles, storeFloats);
+    return elementwiseSteps<kLanes<double>>(loadDoubles, storeFloats, pDst, len, pSrc);
 }
 ZppStatus zppsConvert_24s32f(const Zpp8u* pSrc, Zpp32f* pDst, int len) {
-    return convert(elements<Int24>(pSrc), pDst, len, asFloat);
+    return elementwise32(asFloat, pDst, len, elements<Int24>(pSrc));
 }
 ZppStatus zppsConvert_24u32f(const Zpp8u* pSrc, Zpp32f* pDst, int len) {
-    return convert(elements<UInt24>(pSrc), pDst, len, asFloat);
+    return elementwise32(asFloat, pDst, len, elements<UInt24>(pSrc));
 }
 
 ZppStatus zppsConvert_16s32f_Sfs(const Zpp16s* pSrc, Zpp32f* pDst, int len, int scaleFactor) {
@@ -161,7 +162,7 @@ ZppStatus zppsConvert_64f32s_Sfs(const Zpp64f* pSrc, Zpp32s* pDst, int len, ZppR
     return withRounding(rndMode, [=](auto rounding) {
         const auto put = [](Zpp32s* p, auto v)
                              ZPP_INLINE_LAMBDA { storeAsInts<decltype(rounding)::value>(p, v); };
-        return convertSteps<kLanes<double>>(pSrc, pDst, len, bounded, put);
+        return elementwiseSteps<kLanes<double>>(bounded, put, pDst, len, pSrc);
     });
 }
 ZppStatus zppsConvert_32f24s_Sfs(const Zpp32f* pSrc, Zpp8u* pDst, int len, int scaleFactor) {

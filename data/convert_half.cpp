@@ -1,5 +1,6 @@
 // Conversions between half precision and other types; to integers they are in convert_float.cpp.
-#include "data/convert.h"
+#include "core/elementwise.h"
+#include "data/exports.h"
 
 namespace zpp::ZPP_ISA {
 namespace {
@@ -13,8 +14,7 @@ inline ZppStatus toHalves(const S* pSrc, Zpp16f* pDst, int len, ZppRoundMode rnd
     return withRounding(rndMode, [=](auto rounding) {
         const auto put = [](Half* p, auto v)
                              ZPP_INLINE_LAMBDA { storeAsHalves<decltype(rounding)::value>(p, v); };
-        return convertSteps<kLanes<int32_t> * kPackedRegisters<Half>>(pSrc, reinterpret_cast<Half*>(pDst),
-                                                                      len, load, put);
+        return elementwiseSteps<kStep32<Half>>(load, put, reinterpret_cast<Half*>(pDst), len, pSrc);
     });
 }
 
@@ -30,11 +30,11 @@ ZppStatus zppsConvert_32f16f(const Zpp32f* pSrc, Zpp16f* pDst, int len, ZppRound
                     [](auto v) ZPP_INLINE_LAMBDA { return v; });
 }
 ZppStatus zppsConvert_16f32f(const Zpp16f* pSrc, Zpp32f* pDst, int len) {
-    return convertSteps<kLanes<int16_t>>(
-        reinterpret_cast<const Half*>(pSrc), pDst, len,
+    return elementwiseSteps<kLanes<int16_t>>(
         [](auto lanes, const Half* p)
             ZPP_INLINE_LAMBDA { return loadAsFloatBits<decltype(lanes)::value>(p); },
-        [](Zpp32f* p, auto v) ZPP_INLINE_LAMBDA { storeRegisters(p, v); });
+        [](Zpp32f* p, auto v) ZPP_INLINE_LAMBDA { storeRegisters(p, v); }, pDst, len,
+        reinterpret_cast<const Half*>(pSrc));
 }
 
 }  // namespace zpp::ZPP_ISA

@@ -1,57 +1,53 @@
 // Conversions between integer types.
-#include "data/convert.h"
+#include "core/elementwise.h"
+#include "data/exports.h"
 
 namespace zpp::ZPP_ISA {
 namespace {
 
-constexpr auto unchanged = [](auto v) { return v; };
+constexpr auto sameValue = [](auto v) { return v; };
 
-// T is the type of the lanes. Larger scale factors count as 31, and below -lowest all but 0 saturates.
+// T is the type of the lanes. Larger scale factors count as 31, and beyond mostLeft all but 0 saturates.
 template <class T, class D>
-inline ZppStatus scaled(const T* pSrc, D* pDst, int len, int scaleFactor, int lowest) {
+inline ZppStatus scaled(const T* pSrc, D* pDst, int len, int scaleFactor, int mostLeft) {
     const Range<T> range = {static_cast<T>(kRange<D>.lower), static_cast<T>(kRange<D>.upper)};
-    if (scaleFactor <= 0) {
-        const SaturatedShiftLeft<T> shift(-clamp(scaleFactor, lowest, 0), range);
-        return convert(pSrc, pDst, len, shift);
-    }
-    const RoundedShiftRight<T> shift(clamp(scaleFactor, 1, 31));
-    return convert(pSrc, pDst, len, [=](auto v) ZPP_INLINE_LAMBDA { return saturate(shift(v), range); });
+    return withScale(clamp(scaleFactor, -mostLeft, 31), range, mostLeft,
+                     [=](auto scale) { return elementwise32(scale, pDst, len, pSrc); });
 }
 
 }  // namespace
 
 ZppStatus zppsConvert_8s16s(const Zpp8s* pSrc, Zpp16s* pDst, int len) {
-    return convertSteps<kLanes<int16_t>, kLanes<int16_t>>(
-        pSrc, pDst, len,
+    return elementwiseSteps<kLanes<int16_t>, kLanes<int16_t>>(
         [](auto lanes, const Zpp8s* p) ZPP_INLINE_LAMBDA { return loadAsWords<decltype(lanes)::value>(p); },
-        [](Zpp16s* p, auto v) ZPP_INLINE_LAMBDA { store(p, v); });
+        [](Zpp16s* p, auto v) ZPP_INLINE_LAMBDA { store(p, v); }, pDst, len, pSrc);
 }
 ZppStatus zppsConvert_16s32s(const Zpp16s* pSrc, Zpp32s* pDst, int len) {
-    return convert(pSrc, pDst, len, unchanged);
+    return elementwise32(sameValue, pDst, len, pSrc);
 }
 ZppStatus zppsConvert_32s16s(const Zpp32s* pSrc, Zpp16s* pDst, int len) {
-    return convert(pSrc, pDst, len, unchanged);
+    return elementwise32(sameValue, pDst, len, pSrc);
 }
 ZppStatus zppsConvert_24s32s(const Zpp8u* pSrc, Zpp32s* pDst, int len) {
-    return convert(elements<Int24>(pSrc), pDst, len, unchanged);
+    return elementwise32(sameValue, pDst, len, elements<Int24>(pSrc));
 }
 ZppStatus zppsConvert_24u32u(const Zpp8u* pSrc, Zpp32u* pDst, int len) {
-    return convert(elements<UInt24>(pSrc), pDst, len, unchanged);
+    return elementwise32(sameValue, pDst, len, elements<UInt24>(pSrc));
 }
 
 ZppStatus zppsConvert_32s16s_Sfs(const Zpp32s* pSrc, Zpp16s* pDst, int len, int scaleFactor) {
-    return scaled(pSrc, pDst, len, scaleFactor, -15);
+    return scaled(pSrc, pDst, len, scaleFactor, 15);
 }
 ZppStatus zppsConvert_32s24s_Sfs(const Zpp32s* pSrc, Zpp8u* pDst, int len, int scaleFactor) {
-    return scaled(pSrc, elements<Int24>(pDst), len, scaleFactor, -31);
+    return scaled(pSrc, elements<Int24>(pDst), len, scaleFactor, 31);
 }
 ZppStatus zppsConvert_32u24u_Sfs(const Zpp32u* pSrc, Zpp8u* pDst, int len, int scaleFactor) {
-    return scaled(pSrc, elements<UInt24>(pDst), len, scaleFactor, -31);
+    return scaled(pSrc, elements<UInt24>(pDst), len, scaleFactor, 31);
 }
 
 ZppStatus zppsSwapBytes_24u(const Zpp8u* pSrc, Zpp8u* pDst, int len) {
-    return convert(elements<UInt24>(pSrc), elements<UInt24>(pDst), len,
-                   [](auto v) ZPP_INLINE_LAMBDA { return reverseBytes24(v); });
+    return elementwise32([](auto v) ZPP_INLINE_LAMBDA { return reverseBytes24(v); }, elements<UInt24>(pDst),
+                         len, elements<UInt24>(pSrc));
 }
 ZppStatus zppsSwapBytes_24u_I(Zpp8u* pSrcDst, int len) { return zppsSwapBytes_24u(pSrcDst, pSrcDst, len); }
 

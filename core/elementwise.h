@@ -1,0 +1,67 @@
+// Elementwise functions, behind their checks: a null pointer, then the length. Each takes any number of
+// sources, all of which, and nothing else, may be the destination.
+//
+//     elementwise(op, pDst, len, pSrc...)                  op on registers of the elements' own type
+//     elementwise32(op, pDst, len, pSrc...)                op on lanes of 32 bits, whatever the types are
+//     elementwiseSteps<N>(compute, put, pDst, len, pSrc...)    with loads and stores of the caller's own
+//     withConstant(op, pSrc, val, pDst, len)               op(x, val), as elementwise
+//     unchanged(pSrc, pDst, len)                           the elements as they are
+#pragma once
+
+#include "core/checks.h"
+#include "core/elements.h"
+#include "core/loops.h"
+#include "core/move.h"
+
+namespace zpp::ZPP_ISA {
+
+// compute(lanes, p...) makes registers of the `lanes` elements from p on, put(p, registers) writes them. A
+// step takes N elements; where there are fewer, Short of them.
+template <int N, int Short = (N < kLanes<int32_t> ? N : kLanes<int32_t>), class Compute, class Put, class D,
+          class... S>
+ZPP_INLINE ZppStatus elementwiseSteps(Compute compute, Put put, D* pDst, int len, const S*... pSrc) {
+    if (const ZppStatus error = checkVectors(len, pSrc..., pDst)) return error;
+    const size_t count = static_cast<size_t>(len);
+    const auto computeStep = [=](auto lanes, size_t i)
+                                 ZPP_INLINE_LAMBDA { return compute(lanes, pSrc + i...); };
+    const auto putStep = [=](auto, size_t i, auto v) ZPP_INLINE_LAMBDA { put(pDst + i, v); };
+    if constexpr (N > Short) {
+        if (count < N) {
+            forEachStep<Short>(count, pDst, sizeof(D), computeStep, putStep);
+            return zppStatusOk;
+        }
+    }
+    forEachStep<N>(count, pDst, sizeof(D), computeStep, putStep);
+    return zppStatusOk;
+}
+
+template <class Op, class D, class... S>
+inline ZppStatus elementwise(Op op, D* pDst, int len, const S*... pSrc) {
+    if (const ZppStatus error = checkVectors(len, pSrc..., pDst)) return error;
+    map(pDst, static_cast<size_t>(len), op, pSrc...);
+    return zppStatusOk;
+}
+
+// Loads widen, and storing saturates to integers of 8 and 16 bits.
+template <class Op, class D, class... S>
+ZPP_INLINE ZppStatus elementwise32(Op op, D* pDst, int len, const S*... pSrc) {
+    return elementwiseSteps<kStep32<D>>(
+        [=](auto lanes, const S*... p)
+            ZPP_INLINE_LAMBDA { return mapRegisters(op, loadElements32<decltype(lanes)::value>(p)...); },
+        [](D* p, auto v) ZPP_INLINE_LAMBDA { storeElements32(p, v); }, pDst, len, pSrc...);
+}
+
+template <class Op, class T>
+inline ZppStatus withConstant(Op op, const T* pSrc, T val, T* pDst, int len) {
+    const auto constant = inRegister(val);
+    return elementwise([=](auto x) { return op(x, constant); }, pDst, len, pSrc);
+}
+
+template <class T>
+inline ZppStatus unchanged(const T* pSrc, T* pDst, int len) {
+    if (const ZppStatus error = checkVectors(len, pSrc, pDst)) return error;
+    copyElements(pSrc, pDst, static_cast<size_t>(len));
+    return zppStatusOk;
+}
+
+}  // namespace zpp::ZPP_ISA
