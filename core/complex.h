@@ -4,6 +4,7 @@
 #pragma once
 
 #include "core/precision.h"
+#include "core/simd_convert.h"
 
 namespace zpp::ZPP_ISA {
 
@@ -52,28 +53,29 @@ ZPP_INLINE V squaredNorm(Complex<V> a) {
     return stored(product(a.im, a.im) + product(a.re, a.re));
 }
 
-// N complex numbers from memory: one de-interleaving load. Their order in the registers is that of evenLanes.
-template <int N>
-ZPP_INLINE Complex<Vec<double, N>> loadComplex(const double* p) {
+// N complex numbers from memory, of doubles, singles or integers: one de-interleaving load. Their order in
+// the registers is that of evenLanes.
+template <int N, class T>
+ZPP_INLINE Complex<Vec<double, N>> loadComplex(const T* p) {
     using V = Vec<double, N>;
-    const V a = load<V>(p);
-    const V b = load<V>(p + N);
+    const V a = loadAsDoubles<N>(p);
+    const V b = loadAsDoubles<N>(p + N);
     if constexpr (N == 1)
         return {a, b};
     else
         return {evenLanes(a, b), oddLanes(a, b)};
 }
 
-// The inverse of loadComplex.
-template <class V>
-ZPP_INLINE void storeComplex(double* p, Complex<V> v) {
+// The inverse of loadComplex, to doubles or singles.
+template <class T, class V>
+ZPP_INLINE void storeComplex(T* p, Complex<V> v) {
     constexpr int n = sizeof(V) / sizeof(double);
     if constexpr (n == 1) {
-        store(p, v.re);
-        store(p + 1, v.im);
+        storeFromDoubles(p, v.re);
+        storeFromDoubles(p + 1, v.im);
     } else {
-        store(p, evenLanes(v.re, v.im));
-        store(p + n, oddLanes(v.re, v.im));
+        storeFromDoubles(p, evenLanes(v.re, v.im));
+        storeFromDoubles(p + n, oddLanes(v.re, v.im));
     }
 }
 

@@ -202,6 +202,15 @@ ZPP_INLINE void storeAsFloats(float* p, V v) {
 #endif
 }
 
+// Doubles as doubles or as the nearest singles.
+template <class T, class V>
+ZPP_INLINE void storeFromDoubles(T* p, V v) {
+    if constexpr (std::is_same_v<T, float>)
+        storeAsFloats(p, v);
+    else
+        store(p, v);
+}
+
 enum class Rounding { kNearest, kZero };  // kNearest: ties to even, as the processor's default is
 
 // Calls run with the rounding that a mode stands for, as a constant.

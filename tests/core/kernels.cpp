@@ -1,0 +1,33 @@
+#include "tests/core/kernels.h"
+
+#include "core/elementwise.h"
+
+namespace zpp::ZPP_ISA {
+namespace {
+
+ZppStatus scale64(const int64_t* pSrc, int64_t* pDst, int len, int scaleFactor) {
+    const Range<int64_t> range = {kRange<int32_t>.lower, kRange<int32_t>.upper};
+    return withScale(scaleFactor, range, [=](auto scale) { return elementwise(scale, pDst, len, pSrc); });
+}
+
+ZppStatus addScaled(const Zpp16s* pSrc1, const Zpp16s* pSrc2, Zpp16s* pDst, int len, int scaleFactor) {
+    return withScale(scaleFactor, kRange<int16_t>, [=](auto scale) {
+        const auto op = [=](auto a, auto b) ZPP_INLINE_LAMBDA { return scale(a + b); };
+        return elementwise32(op, pDst, len, pSrc1, pSrc2);
+    });
+}
+
+template <class S, class D>
+ZppStatus convertComplex(const S* pSrc, D* pDst, int len) {
+    return elementwiseSteps<kLanes<double>>(
+        [](auto lanes, const S* p) ZPP_INLINE_LAMBDA { return loadComplex<decltype(lanes)::value>(&p->re); },
+        [](D* p, auto v) ZPP_INLINE_LAMBDA { storeComplex(&p->re, v); }, pDst, len, pSrc);
+}
+
+}  // namespace
+
+extern const test::CoreKernels kCoreKernels;
+const test::CoreKernels kCoreKernels = {scale64,        addScaled,      convertComplex,
+                                        convertComplex, convertComplex, convertComplex};
+
+}  // namespace zpp::ZPP_ISA
