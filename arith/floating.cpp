@@ -1,8 +1,6 @@
 // Floating-point elementwise arithmetic.
 #include "arith/exports.h"
-#include "core/checks.h"
-#include "core/loops.h"
-#include "core/move.h"
+#include "core/elementwise.h"
 
 namespace zpp::ZPP_ISA {
 namespace {
@@ -12,28 +10,6 @@ constexpr auto subtract = [](auto a, auto b) { return a - b; };
 constexpr auto subtractFrom = [](auto a, auto b) { return b - a; };
 constexpr auto multiply = [](auto a, auto b) { return product(a, b); };
 constexpr auto addProduct = [](auto a, auto b, auto sum) { return sum + product(a, b); };
-
-// dst[i] = op(src[i]...) behind the usual checks.
-template <class Op, class T, class... S>
-inline ZppStatus elementwise(Op op, T* pDst, int len, const S*... pSrc) {
-    if (const ZppStatus error = checkVectors(len, pSrc..., pDst)) return error;
-    map(pDst, static_cast<size_t>(len), op, pSrc...);
-    return zppStatusOk;
-}
-
-// dst[i] = op(src[i], val) behind the usual checks.
-template <class Op, class T>
-inline ZppStatus withConstant(Op op, const T* pSrc, T val, T* pDst, int len) {
-    const auto constant = inRegister(val);
-    return elementwise([=](auto x) { return op(x, constant); }, pDst, len, pSrc);
-}
-
-// withConstant for a constant that leaves every element as it is.
-inline ZppStatus unchanged(const Zpp64f* pSrc, Zpp64f* pDst, int len) {
-    if (const ZppStatus error = checkVectors(len, pSrc, pDst)) return error;
-    copyElements(pSrc, pDst, static_cast<size_t>(len));
-    return zppStatusOk;
-}
 
 // The quotient of a zero divisor, by the sign of the dividend.
 template <class V>
