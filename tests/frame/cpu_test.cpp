@@ -56,56 +56,70 @@ TEST(Cpu, ClassifiesProcessors) {
 }
 
 TEST(Cpu, NeedsCpuidToBeKnown) {
-    Processor processor{.hasCpuid = false, .leaves = {{0, kVaren}, {1, leaf1(15, kSse2)}}};
+    const Processor processor{.hasCpuid = false, .leaves = {{0, kVaren}, {1, leaf1(15, kSse2)}}};
     const ReplacedProcessor replaced(processor);
     EXPECT_EQ(zppGetCpuType(), zppCpuUnknown);
     EXPECT_FALSE(hasSse());
 }
 
-TEST(Cpu, TunesPxByFeaturesAndOperatingSystem) {
-    constexpr std::uint32_t kSse2Edx = kMmx | kSse | kSse2;
-    constexpr std::uint32_t kAvxEcx = 1u << 12 | 1u << 20 | 1u << 23 | 1u << 27 | 1u << 28 | 1u << 29;
-    constexpr std::uint32_t kAvx2Ebx = 1u << 5 | 1u << 8;
-    constexpr std::uint32_t kAvx512Ebx = kAvx2Ebx | 1u << 16 | 1u << 17 | 1u << 30 | 1u << 31;
-    const struct {
-        const char* what;
-        std::uint32_t edx, ecx, leaf7Ebx;
-        std::uint64_t state;
-        Isa expected;
-    } cases[] = {
-        {"MMX alone", kMmx, 0, 0, 0, kX87Isa},
-        {"SSE alone: a6 is not px", kMmx | kSse, 0, 0, 0, kX87Isa},
-        {"SSE2", kSse2Edx, 0, 0, 0, kSse2Isa},
-        {"AVX2", kSse2Edx, kAvxEcx, kAvx2Ebx, 0x7, kAvx2Isa},
-        {"AVX2, state not saved", kSse2Edx, kAvxEcx, kAvx2Ebx, 0x3, kSse2Isa},
-        {"AVX2, XGETBV not enabled", kSse2Edx, kAvxEcx & ~(1u << 27), kAvx2Ebx, 0x7, kSse2Isa},
-        {"AVX2 without FMA", kSse2Edx, kAvxEcx & ~(1u << 12), kAvx2Ebx, 0x7, kSse2Isa},
-        {"AVX2 without F16C", kSse2Edx, kAvxEcx & ~(1u << 29), kAvx2Ebx, 0x7, kSse2Isa},
-        {"AVX2 without BMI2", kSse2Edx, kAvxEcx, 1u << 5, 0x7, kSse2Isa},
-        {"AVX alone", kSse2Edx, kAvxEcx, 0, 0x7, kSse2Isa},
-        {"AVX-512", kSse2Edx, kAvxEcx, kAvx512Ebx, 0xE7, kAvx512Isa},
-        {"AVX-512, its state not saved", kSse2Edx, kAvxEcx, kAvx512Ebx, 0x7, kAvx2Isa},
-        {"AVX-512, its upper registers not saved", kSse2Edx, kAvxEcx, kAvx512Ebx, 0x67, kAvx2Isa},
-        {"AVX-512 without BW", kSse2Edx, kAvxEcx, kAvx512Ebx & ~(1u << 30), 0xE7, kAvx2Isa},
-        {"AVX-512 without VL", kSse2Edx, kAvxEcx, kAvx512Ebx & ~(1u << 31), 0xE7, kAvx2Isa},
-    };
-    for (const auto& c : cases)
-        for (const CpuidRegisters vendor : {kVaren, kOther}) {  // the vendor plays no part
-            Processor processor{
-                .leaves = {{0, vendor}, {1, leaf1(6, c.edx, c.ecx)}, {7, {0, c.leaf7Ebx, 0, 0}}},
-                .extendedControl = c.state};
+TEST(Cpu, ComparesEveryLetterOfTheVendor) {
+    for (const auto word : {&CpuidRegisters::ebx, &CpuidRegisters::edx, &CpuidRegisters::ecx})
+        for (int letter = 0; letter < 4; ++letter) {
+            Processor processor{.leaves = {{0, kVaren}, {1, leaf1(15, kSse2)}}};
+            processor.leaves[0].*word ^= 1u << 8 * letter;
             const ReplacedProcessor replaced(processor);
-            EXPECT_EQ(bestIsa(), c.expected) << c.what;
+            EXPECT_EQ(zppGetCpuType(), zppCpuUnknown) << letter;
         }
 }
 
-TEST(Cpu, DoesNotReadLeavesThatAreNotThere) {
-    CpuidRegisters short0 = kOther;
-    short0.eax = 2;  // leaf 7 of such a processor is undefined
-    Processor processor{.leaves = {{0, short0}, {1, leaf1(6, kSse | kSse2, ~0u)}, {7, {0, ~0u, 0, 0}}},
-                        .extendedControl = 0xE7};
-    const ReplacedProcessor replaced(processor);
-    EXPECT_EQ(bestIsa(), kSse2Isa);
+// A processor and a system that have all that the builds ask for, without one thing at a time: the build that
+// asks for it is not taken.
+TEST(Cpu, TunesPxByFeaturesAndOperatingSystem) {
+    constexpr auto ecx = &CpuidRegisters::ecx, edx = &CpuidRegisters::edx, ebx = &CpuidRegisters::ebx;
+    const struct {
+        const char* what;
+        std::uint32_t leaf;
+        std::uint32_t CpuidRegisters::*word;
+        std::uint32_t bit;
+        Isa without;
+    } features[] = {
+        {"SSE", 1, edx, 25, kX87Isa},       {"SSE2", 1, edx, 26, kX87Isa},
+        {"FMA", 1, ecx, 12, kSse2Isa},      {"SSE4.2", 1, ecx, 20, kSse2Isa},
+        {"POPCNT", 1, ecx, 23, kSse2Isa},   {"OSXSAVE", 1, ecx, 27, kSse2Isa},
+        {"AVX", 1, ecx, 28, kSse2Isa},      {"F16C", 1, ecx, 29, kSse2Isa},
+        {"AVX2", 7, ebx, 5, kSse2Isa},      {"BMI2", 7, ebx, 8, kSse2Isa},
+        {"AVX512F", 7, ebx, 16, kAvx2Isa},  {"AVX512DQ", 7, ebx, 17, kAvx2Isa},
+        {"AVX512BW", 7, ebx, 30, kAvx2Isa}, {"AVX512VL", 7, ebx, 31, kAvx2Isa},
+    };
+    const struct {
+        const char* what;
+        std::uint64_t mask;
+        Isa without;
+    } states[] = {
+        {"XMM", 0x02, kSse2Isa},   {"YMM", 0x04, kSse2Isa},    {"opmasks", 0x20, kAvx2Isa},
+        {"ZMM 0", 0x40, kAvx2Isa}, {"ZMM 16", 0x80, kAvx2Isa},
+    };
+    for (const CpuidRegisters vendor : {kVaren, kOther}) {  // the vendor plays no part
+        Processor all{.leaves = {{0, vendor}, {1, leaf1(6, 0)}, {7, {}}}, .extendedControl = 0xE7};
+        for (const auto& f : features) all.leaves[f.leaf].*f.word |= 1u << f.bit;
+        const auto expectBest = [](const Processor& processor, const char* what, Isa expected) {
+            const ReplacedProcessor replaced(processor);
+            EXPECT_EQ(bestIsa(), expected) << "without " << what;
+        };
+        expectBest(all, "nothing", kAvx512Isa);
+        for (const auto& f : features) {
+            Processor lacking = all;
+            lacking.leaves[f.leaf].*f.word &= ~(1u << f.bit);
+            expectBest(lacking, f.what, f.without);
+        }
+        for (const auto& state : states) {
+            Processor lacking = all;
+            lacking.extendedControl &= ~state.mask;
+            expectBest(lacking, state.what, state.without);
+        }
+        all.leaves[0].eax = 2;  // leaf 7 of such a processor is undefined
+        expectBest(all, "leaf 7", kSse2Isa);
+    }
 }
 
 TEST(Cpu, ReadsThisProcessor) {

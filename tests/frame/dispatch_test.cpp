@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <set>
 #include <vector>
 
 #include "tests/support/binding.h"
@@ -91,9 +92,38 @@ TEST(Dispatch, TunesPxAlone) {
     EXPECT_EQ(small.slots[0], w7);
 }
 
-TEST(Dispatch, LibraryTableIsComplete) {
-    for (int i = 0; i < kDispatchTable.count; ++i)
-        for (const Entry entry : kDispatchTable.records[i].column) EXPECT_NE(entry, nullptr) << i;
+// Whether an export is compiled for each ISA build, in the order of the table.
+#define ZPP_LIST(result, name, arguments) true,
+#define ZPP_LIST_SHARED(result, name, arguments) false,
+#define ZPP_LIST_COLUMN(result, name, arguments) false,
+constexpr bool kBuiltForIsa[] = {
+#include "zpp.h"
+};
+#undef ZPP_LIST
+#undef ZPP_LIST_SHARED
+#undef ZPP_LIST_COLUMN
+
+// The table holds in each column the build of docs/architecture.md, in each build an entry of its own.
+TEST(Dispatch, LibraryTableHoldsTheBuildOfEachColumn) {
+#ifdef __i386__
+    constexpr Isa kPlain = kX87Isa, kOfColumn[kColumns] = {kX87Isa, kSseIsa, kSse2Isa};
+#else
+    constexpr Isa kPlain = kSse2Isa, kOfColumn[kColumns] = {kSse2Isa, kSse2Isa, kSse2Isa};
+#endif
+    ASSERT_EQ(std::size(kBuiltForIsa), static_cast<std::size_t>(kDispatchTable.count));
+    for (int i = 0; i < kDispatchTable.count; ++i) {
+        const Record& record = kDispatchTable.records[i];
+        std::set<Entry> builds;
+        for (int isa = kPlain; isa < kIsaCount; ++isa) builds.insert(kDispatchTable.builds[isa][i]);
+        EXPECT_EQ(builds.count(nullptr), 0u) << i;
+        EXPECT_EQ(builds.size(), kBuiltForIsa[i] ? std::size_t{kIsaCount - kPlain} : 1u) << i;
+        for (int column = 0; column < kColumns; ++column) {
+            EXPECT_NE(record.column[column], nullptr) << i;
+            if (kBuiltForIsa[i] || column == kPx) {
+                EXPECT_EQ(record.column[column], kDispatchTable.builds[kOfColumn[column]][i]) << i;
+            }
+        }
+    }
     EXPECT_TRUE(bindLibrary());
 }
 

@@ -1,9 +1,19 @@
 #include "tests/support/processor.h"
 
+#include <gtest/gtest.h>
+
 namespace zpp::test {
 namespace {
 
 const Processor* current = nullptr;
+
+CpuidRegisters leafOfCurrent(std::uint32_t leaf) {
+    const auto found = current->leaves.find(leaf);
+    return found == current->leaves.end() ? CpuidRegisters{} : found->second;
+}
+
+// What is asked of a processor that lacks the instruction would end the program on a real one.
+bool has(std::uint32_t CpuidRegisters::*word, int bit) { return leafOfCurrent(1).*word >> bit & 1; }
 
 }  // namespace
 
@@ -12,11 +22,17 @@ ReplacedProcessor::ReplacedProcessor(const Processor& processor) {
     cpuReader = {
         [] { return current->hasCpuid; },
         [](std::uint32_t leaf, std::uint32_t) {
-            const auto found = current->leaves.find(leaf);
-            return found == current->leaves.end() ? CpuidRegisters{} : found->second;
+            EXPECT_TRUE(current->hasCpuid) << "CPUID";
+            return leafOfCurrent(leaf);
         },
-        [] { return current->extendedControl; },
-        [] { return current->mxcsrMask; },
+        [] {
+            EXPECT_TRUE(has(&CpuidRegisters::ecx, 27)) << "XGETBV without OSXSAVE";
+            return current->extendedControl;
+        },
+        [] {
+            EXPECT_TRUE(has(&CpuidRegisters::edx, 25)) << "FXSAVE without SSE";
+            return current->mxcsrMask;
+        },
     };
 }
 
