@@ -74,6 +74,21 @@ set_target_properties(zpp PROPERTIES
 target_link_options(zpp PRIVATE -static-libgcc -O2 -fno-fast-math -fno-unsafe-math-optimizations)
 if(WIN32)
     set_target_properties(zpp PROPERTIES PREFIX "")  # zpp.dll
-else()
-    target_link_options(zpp PRIVATE -Wl,-z,defs -Wl,-z,now -Wl,-z,text -Wl,--as-needed)
+endif()
+get_target_property(ZPP_TYPE zpp TYPE)
+if(ZPP_TYPE STREQUAL "SHARED_LIBRARY" AND WIN32)
+    enable_language(RC)
+    configure_file(cmake/version.rc.in ${PROJECT_BINARY_DIR}/version.rc @ONLY)
+    target_sources(zpp PRIVATE ${PROJECT_BINARY_DIR}/version.rc)
+    target_link_options(zpp PRIVATE -Wl,--dynamicbase,--nxcompat,--no-insert-timestamp)
+    if(ZPP_ARCH STREQUAL "x86_64")
+        target_link_options(zpp PRIVATE -Wl,--high-entropy-va)
+    endif()
+elseif(ZPP_TYPE STREQUAL "SHARED_LIBRARY")
+    target_link_options(zpp PRIVATE -Wl,-z,defs,-z,text,-z,relro,-z,now,-z,noexecstack,--as-needed)
+    # Without the files that GCC starts with: not all of them are marked for -fcf-protection, which would take the
+    # mark from the whole, and the library has no use for them.
+    target_link_options(zpp PRIVATE -nostartfiles)
+    target_link_options(zpp PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map)
+    set_target_properties(zpp PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
 endif()

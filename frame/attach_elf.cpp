@@ -1,6 +1,8 @@
 // Binding on ELF: a constructor, run by the dynamic loader before any function of the library can be called, or
 // at the start of a program that has the static library in it.
+#include <stdlib.h>
 #include <string.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include "frame/dispatch.h"
@@ -20,6 +22,11 @@ void writeLine(const char* text) {
 }
 
 }  // namespace
+
+void protectSlots() { mprotect(zpp_slots, slotsBytes(), PROT_READ); }
+
+// Not from the environment of a program that runs with more rights than its user.
+const char* readIsaVariable(IsaVariable&) { return secure_getenv("ZPP_ISA"); }
 
 void reportRefusal() {
     writeLine(kRefusalCaption);

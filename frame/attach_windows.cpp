@@ -6,6 +6,16 @@
 
 namespace zpp {
 
+void protectSlots() {
+    DWORD before;
+    VirtualProtect(zpp_slots, slotsBytes(), PAGE_READONLY, &before);
+}
+
+const char* readIsaVariable(IsaVariable& room) {
+    const DWORD length = GetEnvironmentVariableA("ZPP_ISA", room, sizeof room);
+    return length == 0 || length >= sizeof room ? nullptr : room;
+}
+
 void reportRefusal() {
     MessageBeep(MB_ICONHAND);
     MessageBoxA(nullptr, kRefusalText, kRefusalCaption, MB_OK | MB_ICONHAND);

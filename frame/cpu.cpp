@@ -58,16 +58,22 @@ constexpr uint32_t bit(int n) { return uint32_t{1} << n; }
 
 bool hasAll(uint32_t word, uint32_t bits) { return (word & bits) == bits; }
 
-// The features that each build may use: see cmake/Isa.cmake.
 constexpr uint32_t kMmxEdx = bit(23), kSseEdx = bit(25), kSse2Edx = bit(26);
 constexpr uint32_t kSse3Ecx = bit(0), kHyperThreadingEdx = bit(28);
-constexpr uint32_t kAvx2Leaf1Ecx =
-    bit(12) | bit(20) | bit(23) | bit(27) | bit(28) | bit(29);               // FMA, SSE4.2, POPCNT,
-                                                                             // OSXSAVE, AVX, F16C
-constexpr uint32_t kAvx2Leaf7Ebx = bit(5) | bit(8);                          // AVX2, BMI2
-constexpr uint32_t kAvx512Leaf7Ebx = bit(16) | bit(17) | bit(30) | bit(31);  // F, DQ, BW, VL
-constexpr uint64_t kYmmState = 0x06;
-constexpr uint64_t kZmmState = 0xE6;
+
+// What the AVX builds may use, by the flags in cmake/Isa.cmake.
+constexpr uint32_t kFma = bit(12), kSse42 = bit(20), kPopcnt = bit(23), kOsxsave = bit(27), kAvx = bit(28),
+                   kF16c = bit(29);
+constexpr uint32_t kAvx2Leaf1Ecx = kFma | kSse42 | kPopcnt | kOsxsave | kAvx | kF16c;
+constexpr uint32_t kAvx2 = bit(5), kBmi2 = bit(8);
+constexpr uint32_t kAvx2Leaf7Ebx = kAvx2 | kBmi2;
+constexpr uint32_t kAvx512F = bit(16), kAvx512Dq = bit(17), kAvx512Bw = bit(30), kAvx512Vl = bit(31);
+constexpr uint32_t kAvx512Leaf7Ebx = kAvx512F | kAvx512Dq | kAvx512Bw | kAvx512Vl;
+
+// What the operating system must keep for them, in XCR0: the registers XMM and YMM; the masks, the upper
+// halves of ZMM 0 to 15, and ZMM 16 to 31.
+constexpr uint64_t kYmmState = 0x02 | 0x04;
+constexpr uint64_t kZmmState = kYmmState | 0x20 | 0x40 | 0x80;
 
 bool supportsAvx(uint32_t leaf7Ebx, uint64_t state) {
     if (cpuReader.cpuid(0, 0).eax < 7) return false;
@@ -81,11 +87,7 @@ bool supportsAvx(uint32_t leaf7Ebx, uint64_t state) {
 constinit CpuReader cpuReader = {readHasCpuid, readCpuid, readExtendedControl, readMxcsrMask};
 
 bool supportsIsa(Isa isa) {
-#ifdef __i386__
-    if (isa == kX87Isa) return true;
-#else
-    if (isa < kSse2Isa) return false;  // not built
-#endif
+    if (isa <= kPlainestIsa) return isa == kPlainestIsa;  // below it nothing is built
     if (!hasSse()) return false;
     if (isa == kSseIsa) return true;
     if (!hasAll(cpuReader.cpuid(1, 0).edx, kSse2Edx)) return false;
@@ -94,11 +96,11 @@ bool supportsIsa(Isa isa) {
     return supportsAvx(kAvx2Leaf7Ebx | kAvx512Leaf7Ebx, kZmmState);
 }
 
-Isa bestIsa() {
+Isa bestIsa(Isa limit) {
     constexpr Isa fastestFirst[] = {kAvx512Isa, kAvx2Isa, kSse2Isa};
     for (const Isa isa : fastestFirst)
-        if (supportsIsa(isa)) return isa;
-    return kX87Isa;
+        if (isa <= limit && supportsIsa(isa)) return isa;
+    return kPlainestIsa;
 }
 
 bool hasSse() { return cpuReader.hasCpuid() && hasAll(cpuReader.cpuid(1, 0).edx, kSseEdx); }

@@ -8,6 +8,13 @@ namespace zpp {
 // ISA builds, from the plainest up.
 enum Isa : int { kX87Isa, kSseIsa, kSse2Isa, kAvx2Isa, kAvx512Isa, kIsaCount };
 
+// The build that every processor of the target runs.
+#ifdef __i386__
+inline constexpr Isa kPlainestIsa = kX87Isa;
+#else
+inline constexpr Isa kPlainestIsa = kSse2Isa;
+#endif
+
 struct CpuidRegisters {
     uint32_t eax, ebx, ecx, edx;
 };
@@ -25,8 +32,9 @@ extern CpuReader cpuReader;
 // Whether processor and operating system run code of an ISA build; decided by features, never by vendor.
 bool supportsIsa(Isa isa);
 
-// The build that px is tuned to: x87, sse2, avx2 or avx512.
-Isa bestIsa();
+// The build that px is tuned to, of x87, sse2, avx2 and avx512: the best that the machine runs, none above
+// `limit`.
+Isa bestIsa(Isa limit = kAvx512Isa);
 
 // CPUID and its feature bit of SSE.
 bool hasSse();

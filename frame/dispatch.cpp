@@ -1,14 +1,16 @@
 #include "frame/dispatch.h"
 
+#include <string.h>
+
 #include "frame/shared.h"
 
 namespace zpp {
 namespace {
 
-constexpr int kEnd = kColumns;  // ends a waterfall list
+constexpr Column kEnd = kColumns;  // ends a waterfall list
 constexpr int kLevels = 3;
 
-constexpr int kWaterfall[kLevels][kColumns + 1] = {
+constexpr Column kWaterfall[kLevels][kColumns + 1] = {
     {kPx, kEnd, kEnd, kEnd},
     {kA6, kPx, kEnd, kEnd},
     {kW7, kA6, kPx, kEnd},
@@ -28,6 +30,8 @@ int levelOf(ZppCpuType type) {
     }
 }
 
+constinit BindingReason reason = {};
+
 }  // namespace
 
 bool fillColumn(const DispatchTable& table, int column, Isa isa) {
@@ -40,17 +44,37 @@ bool fillColumn(const DispatchTable& table, int column, Isa isa) {
     return true;
 }
 
-bool bindTable(const DispatchTable& table, ZppCpuType type, Isa isa) {
-    if (table.count <= 0) return false;
-    for (const int* column = kWaterfall[levelOf(type)]; *column != kEnd; ++column)
-        if (fillColumn(table, *column, isa)) return true;
-    return false;
+Column bindTable(const DispatchTable& table, ZppCpuType type, Isa isa) {
+    if (table.count <= 0) return kColumns;
+    const Column* column = kWaterfall[levelOf(type)];
+    while (*column != kEnd && !fillColumn(table, *column, isa)) ++column;
+    return *column;
+}
+
+Isa limitOf(const char* value) {
+    constexpr struct {
+        const char* name;
+        Isa isa;
+    } kLimits[] = {{"x87", kX87Isa}, {"sse2", kSse2Isa}, {"avx2", kAvx2Isa}};
+    if (value != nullptr)
+        for (const auto& limit : kLimits)
+            if (strcmp(value, limit.name) == 0) return limit.isa;
+    return kAvx512Isa;
 }
 
 bool bindLibrary() {
-    if (bindTable(kDispatchTable, shared::zppGetCpuType(), bestIsa())) return true;
-    reportRefusal();
-    return false;
+    IsaVariable room;
+    const ZppCpuType type = shared::zppGetCpuType();
+    reason = {type, levelOf(type), kColumns, bestIsa(), bestIsa(limitOf(readIsaVariable(room)))};
+    reason.column = bindTable(kDispatchTable, type, reason.isa);
+    if (reason.column == kColumns) {
+        reportRefusal();
+        return false;
+    }
+    protectSlots();
+    return true;
 }
+
+const BindingReason& bindingReason() { return reason; }
 
 }  // namespace zpp

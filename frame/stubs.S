@@ -1,5 +1,9 @@
 /* One entry stub and one slot per export, made from the public headers. A stub is 16 bytes and jumps through its
- * slot; the slots start out null and are filled once, by the binding at load. */
+ * slot; the slots start out null and are filled once, by the binding at load, which then makes them read-only: they
+ * have pages of their own. */
+#include <cet.h> /* _CET_ENDBR, nothing where the compiler marks no targets of jumps, and the note of it */
+
+#define PAGE 12 /* of 2^12 bytes */
 #define PASTE(a, b) a##b
 #define PASTED(a, b) PASTE(a, b)
 /* In 32-bit Windows objects the names of C have an underscore in front. */
@@ -12,6 +16,7 @@
 #ifdef __x86_64__
 #define POINTER 8
 .macro forward name
+    _CET_ENDBR
     jmp *zpp_slot_\name(%rip)
 .endm
 #else
@@ -60,16 +65,21 @@ zpp_slot_\name:
 .endm
 
     .bss
-    .p2align 6
+    .p2align PAGE
     .globl SYMBOL(zpp_slots)
 SYMBOL(zpp_slots):
 
 #include "zpp.h"
 
+    .bss
+    .p2align PAGE
+    .globl SYMBOL(zpp_slots_end)
+SYMBOL(zpp_slots_end):
+
 #ifdef __ELF__
     .hidden zpp_slots
+    .hidden zpp_slots_end
     .type zpp_slots, @object
-    .bss
     .size zpp_slots, . - zpp_slots
 
 #ifndef __x86_64__

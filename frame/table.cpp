@@ -22,8 +22,6 @@ namespace zpp::avx512 {
 }
 #undef ZPP_LIST
 
-extern "C" zpp::Slot zpp_slots[];
-
 namespace zpp {
 namespace {
 

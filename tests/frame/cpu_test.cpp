@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/support/processor.h"
 #include "zpp/frame.h"
 
@@ -83,7 +85,7 @@ TEST(Cpu, TunesPxByFeaturesAndOperatingSystem) {
         std::uint32_t bit;
         Isa without;
     } features[] = {
-        {"SSE", 1, edx, 25, kX87Isa},       {"SSE2", 1, edx, 26, kX87Isa},
+        {"SSE", 1, edx, 25, kPlainestIsa},  {"SSE2", 1, edx, 26, kPlainestIsa},
         {"FMA", 1, ecx, 12, kSse2Isa},      {"SSE4.2", 1, ecx, 20, kSse2Isa},
         {"POPCNT", 1, ecx, 23, kSse2Isa},   {"OSXSAVE", 1, ecx, 27, kSse2Isa},
         {"AVX", 1, ecx, 28, kSse2Isa},      {"F16C", 1, ecx, 29, kSse2Isa},
@@ -105,6 +107,8 @@ TEST(Cpu, TunesPxByFeaturesAndOperatingSystem) {
         const auto expectBest = [](const Processor& processor, const char* what, Isa expected) {
             const ReplacedProcessor replaced(processor);
             EXPECT_EQ(bestIsa(), expected) << "without " << what;
+            for (const Isa limit : {kX87Isa, kSse2Isa, kAvx2Isa})  // lowers, never raises
+                EXPECT_EQ(bestIsa(limit), std::max(kPlainestIsa, std::min(expected, limit))) << what;
         };
         expectBest(all, "nothing", kAvx512Isa);
         for (const auto& f : features) {

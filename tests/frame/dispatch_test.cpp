@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/support/binding.h"
+#include "tests/support/processor.h"
 #include "zpp/frame.h"
 
 #ifdef _WIN32
@@ -38,10 +39,10 @@ struct SmallTable {
 TEST(Dispatch, BindsTheColumnOfTheType) {
     for (ZppCpuType type = -1; type <= 18; ++type) {
         SmallTable small;
-        ASSERT_TRUE(bindTable(small.table, type, kX87Isa));
-        const Entry expected = type == 5 ? a6 : type >= 6 && type <= 8 ? w7 : px;
-        EXPECT_EQ(small.slots[0], expected) << type;
-        EXPECT_NE(small.slots[1], nullptr);
+        const Column expected = type == 5 ? kA6 : type >= 6 && type <= 8 ? kW7 : kPx;
+        EXPECT_EQ(bindTable(small.table, type, kX87Isa), expected) << type;
+        EXPECT_EQ(small.slots[0], small.records[0].column[expected]) << type;
+        EXPECT_EQ(small.slots[1], small.records[1].column[expected]) << type;
     }
 }
 
@@ -49,21 +50,20 @@ TEST(Dispatch, FallsBackAlongTheWaterfall) {
     const struct {
         ZppCpuType type;
         std::vector<Column> incomplete;
-        Entry expected;  // of the first function; null: refused
+        Column expected;
     } cases[] = {
-        {zppCpuFamily15Sse2, {kW7}, a6},      {zppCpuFamily15Sse2, {kW7, kA6}, px},
-        {zppCpuFamily15Sse2, {kA6, kPx}, w7}, {zppCpuFamily15Sse2, {kW7, kA6, kPx}, nullptr},
-        {zppCpuFamily6Sse, {kA6}, px},        {zppCpuFamily6Sse, {kA6, kPx}, nullptr},
-        {zppCpuFamily6Sse2, {kA6, kW7}, px},  {zppCpuFamily6Sse2, {kPx}, nullptr},
+        {zppCpuFamily15Sse2, {kW7}, kA6},      {zppCpuFamily15Sse2, {kW7, kA6}, kPx},
+        {zppCpuFamily15Sse2, {kA6, kPx}, kW7}, {zppCpuFamily15Sse2, {kW7, kA6, kPx}, kColumns},
+        {zppCpuFamily6Sse, {kA6}, kPx},        {zppCpuFamily6Sse, {kA6, kPx}, kColumns},
+        {zppCpuFamily6Sse2, {kA6, kW7}, kPx},  {zppCpuFamily6Sse2, {kPx}, kColumns},
     };
     for (const auto& c : cases) {
         SmallTable small;
         for (const Column column : c.incomplete) small.records[1].column[column] = nullptr;
-        EXPECT_EQ(bindTable(small.table, c.type, kX87Isa), c.expected != nullptr);
-        if (c.expected != nullptr) {
-            EXPECT_EQ(small.slots[0], c.expected);
-            EXPECT_EQ(small.slots[1] == small.records[1].column[kPx], c.expected == px);
-        }
+        EXPECT_EQ(bindTable(small.table, c.type, kX87Isa), c.expected);
+        if (c.expected == kColumns) continue;
+        EXPECT_EQ(small.slots[0], small.records[0].column[c.expected]);
+        EXPECT_EQ(small.slots[1], small.records[1].column[c.expected]);
     }
 }
 
@@ -79,17 +79,54 @@ TEST(Dispatch, RefusesAnEmptyTable) {
     SmallTable small;
     for (const int count : {0, -1}) {
         small.table.count = count;
-        EXPECT_FALSE(bindTable(small.table, zppCpuFamily15Sse2, kX87Isa));
+        EXPECT_EQ(bindTable(small.table, zppCpuFamily15Sse2, kX87Isa), kColumns);
     }
 }
 
 TEST(Dispatch, TunesPxAlone) {
     SmallTable small;
-    ASSERT_TRUE(bindTable(small.table, zppCpuUnknown, kAvx2Isa));
+    ASSERT_EQ(bindTable(small.table, zppCpuUnknown, kAvx2Isa), kPx);
     EXPECT_EQ(small.slots[0], tuned);
     EXPECT_EQ(small.slots[1], tuned2);
-    ASSERT_TRUE(bindTable(small.table, zppCpuFamily15Sse2, kAvx2Isa));
+    ASSERT_EQ(bindTable(small.table, zppCpuFamily15Sse2, kAvx2Isa), kW7);
     EXPECT_EQ(small.slots[0], w7);
+}
+
+TEST(Dispatch, IsaVariableLowersTheTuning) {
+    const struct {
+        const char* value;
+        Isa limit;
+    } cases[] = {
+        {"x87", kX87Isa},         {"sse2", kSse2Isa},    {"avx2", kAvx2Isa},   {"avx512", kAvx512Isa},
+        {nullptr, kAvx512Isa},    {"", kAvx512Isa},      {"sse", kAvx512Isa},  {"avx", kAvx512Isa},
+        {"AVX2", kAvx512Isa},     {"avx2 ", kAvx512Isa}, {" x87", kAvx512Isa}, {"x8", kAvx512Isa},
+        {"x87,sse2", kAvx512Isa},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(limitOf(c.value), c.limit) << (c.value != nullptr ? c.value : "none");
+}
+
+TEST(Dispatch, TellsWhatTheLoadBoundAndWhy) {
+    const struct {
+        const char* what;
+        std::uint32_t family, edx;
+        int level;
+        Column column;
+    } cases[] = {{"family 5", 5, 0, 0, kPx}, {"SSE", 6, 1u << 25, 1, kA6}, {"SSE2", 15, 3u << 25, 2, kW7}};
+    for (const auto& c : cases) {
+        const CpuidRegisters varen = {1, 0x756E6547, 0x6E657261, 0x56656E69};
+        const Processor processor{.leaves = {{0, varen}, {1, {c.family << 8, 0, 0, c.edx}}}};
+        const ReplacedProcessor replaced(processor);
+        EXPECT_TRUE(bindAnew()) << c.what;
+        const BindingReason& reason = bindingReason();
+        EXPECT_EQ(reason.type, zppGetCpuType()) << c.what;
+        EXPECT_EQ(reason.level, c.level) << c.what;
+        EXPECT_EQ(reason.column, c.column) << c.what;
+        EXPECT_EQ(zppsGetLibVersion()->targetCpu, (Binding{c.column, kPlainestIsa}.columnName())) << c.what;
+        EXPECT_EQ(reason.best, bestIsa()) << c.what;
+        EXPECT_LE(reason.isa, reason.best) << c.what;
+    }
+    EXPECT_TRUE(bindAnew());
 }
 
 // Whether an export is compiled for each ISA build, in the order of the table.
@@ -124,7 +161,7 @@ TEST(Dispatch, LibraryTableHoldsTheBuildOfEachColumn) {
             }
         }
     }
-    EXPECT_TRUE(bindLibrary());
+    EXPECT_TRUE(bindAnew());
 }
 
 // The steps of the waterfall with the table of the library itself: whatever an incomplete column has left in
@@ -139,22 +176,24 @@ TEST(Dispatch, LibraryTableFallsBack) {
         for (const Column column : c.incomplete) records.back().column[column] = nullptr;
         DispatchTable table = kDispatchTable;
         table.records = records.data();
-        ASSERT_TRUE(bindTable(table, zppCpuFamily15Sse2Ht, bestIsa()));
+        makeSlotsWritable();
+        ASSERT_EQ(bindTable(table, zppCpuFamily15Sse2Ht, bestIsa()), c.expected.column);
         EXPECT_TRUE(c.expected.isBound()) << c.expected;
         EXPECT_EQ(zppsGetLibVersion()->targetCpu, c.expected.columnName());
         EXPECT_EQ(zppvmGetLibVersion()->targetCpu, c.expected.columnName());
     }
-    EXPECT_TRUE(bindLibrary());
+    EXPECT_TRUE(bindAnew());
 }
 
 #ifdef _WIN32
 TEST(Dispatch, IsLeftAloneByAllButTheAttachOfTheProcess) {
-    const Binding w7 = {kW7, kSse2Isa}, native = {kPx, bestIsa()};
+    const Binding w7 = {kW7, kSse2Isa}, native = {kPx, bindingReason().isa};
     w7.bind();
     for (const DWORD reason : {DLL_THREAD_ATTACH, DLL_THREAD_DETACH, DLL_PROCESS_DETACH}) {
         EXPECT_TRUE(DllMain(nullptr, reason, nullptr)) << reason;
         EXPECT_TRUE(w7.isBound()) << reason;
     }
+    makeSlotsWritable();
     EXPECT_TRUE(DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr));
     EXPECT_TRUE(native.isBound());
 }

@@ -1,4 +1,5 @@
-/* A program that loads the library named by its argument, unloads it, and loads it again, elsewhere. */
+/* A program that loads the library named by its argument, unloads it, and loads it again, elsewhere. With the
+ * name of an export behind it, the program writes into the slot of that. */
 #include "exercise.h"
 #include "library.h"
 
@@ -16,9 +17,25 @@ static Handle visit(const char* path) {
     return library;
 }
 
+static int writeSlot(const char* path, const char* name) {
+    const Handle library = openLibrary(path);
+    uintptr_t stub = 0, *slot;
+    lookUp(library, name, &stub);
+    slot = stub != 0 ? slotOf(stub) : NULL;
+    if (slot == NULL) return 2;
+    expectFault(slot);
+    *(volatile uintptr_t*)slot = *slot;
+    printf("the slot of %s was written\n", name);
+    return 1;
+}
+
 int main(int argc, char** argv) {
     Handle first, second;
+    if (argc == 3) return writeSlot(argv[1], argv[2]);
     if (argc != 2) return 2;
+#ifdef __linux__
+    if (getauxval(AT_SECURE) != 0) printf("more rights than the user\n");
+#endif
     first = visit(argv[1]);
 #ifdef _WIN32
     /* Where it has been there is something else now. */

@@ -3,6 +3,7 @@
 #include <stdio.h>
 #include <string.h>
 
+#include "slot.h"
 #include "zpp.h"
 
 #define ZPP_USED(use)                                                                            \
@@ -112,6 +113,7 @@ static int exercise(const Library* zpp) {
     expect(strcmp(zpp->zppGetStatusString(zppStatusOk), "No error, it's OK") == 0, "zppGetStatusString", 0);
     expect(memcmp(zpp->zppsGetLibVersion()->targetCpu, zpp->zppvmGetLibVersion()->targetCpu, 4) == 0,
            "one column for both parts", 0);
+    printLead("zppsAdd_64f", (uintptr_t)zpp->zppsAdd_64f);
     printf("type %d\n", zpp->zppGetCpuType());
     printVersion(zpp->zppsGetLibVersion());
     printVersion(zpp->zppvmGetLibVersion());

@@ -73,6 +73,9 @@ AVX512 = f"{MASKS}|v(?:{AVX512_ONLY})[xyz]?|{AVX}z?"
 # result anyway.
 REP_BSF = "tzcnt"
 
+# What an indirect jump of 64-bit Linux may land on, a long nop for processors that do not look.
+LANDING = "endbr64"
+
 MM, XMM, YMM, ZMM, K = r"%mm\d", r"%xmm\d", r"%ymm\d", r"%zmm\d", r"%k\d"
 HIGH = r"%[xy]mm(?:1[6-9]|[23]\d)"
 
@@ -111,13 +114,13 @@ FRAME = {
 
 BEYOND_XMM = [MM, YMM, ZMM, K]
 TO_SSE = [I586, X87, P6, SSE, PREFETCH]
-UNENCODED = [I586, X87, P6, PREFETCH, PLAIN_SSE2, BMI2, REP_BSF]  # what has no VEX form; legacy SSE would be slow
+UNENCODED = [LANDING, I586, X87, P6, PREFETCH, PLAIN_SSE2, BMI2, REP_BSF]  # what has no VEX form; legacy SSE would be slow
 TABLES = {
     "x87": table(r"^fld|^fmul", [MM, XMM, YMM, ZMM, K], I586, X87),
     "sse": table(rf"{XMM}|^cmov|^fu?comi", BEYOND_XMM, *TO_SSE),
-    "sse2": table(r"^(?:add|mul)pd|^padd", BEYOND_XMM, *TO_SSE, SSE2, REP_BSF),
+    "sse2": table(r"^(?:add|mul)pd|^padd", BEYOND_XMM, *TO_SSE, SSE2, REP_BSF, LANDING),
     "avx2": table(YMM, [MM, ZMM, K, HIGH], *UNENCODED, AVX),
     "avx512": table(ZMM, [MM], *UNENCODED, AVX512, evex=True),
     "frame-i386": table("^cpuid", [MM, XMM, YMM, ZMM, K], I586, X87, named=FRAME),
-    "frame-x86_64": table("^cpuid", BEYOND_XMM, *TO_SSE, SSE2, named=FRAME),
+    "frame-x86_64": table("^cpuid", BEYOND_XMM, *TO_SSE, SSE2, LANDING, named=FRAME),
 }

@@ -7,58 +7,88 @@ import subprocess
 import sys
 import tempfile
 
+import object_code
+
 SKIPPED = 77
 REFUSAL = "Set zpp library error\n No zpp matching to CPU was found during the Waterfall\n"
 
-# Processor model and features for QEMU, type, column, what the setters of flush-to-zero and of denormals-are-zero
-# return. The vendor is GenuineVaren unless the row names another. QEMU in user mode has one logical processor, refuses
-# the feature ht, and its every model has CPUID: type 7 and a processor without CPUID are left to the unit tests.
-# The C library of Debian needs CMOV, which the models below pentium2 lack.
+# For each QEMU: processor model and features, type, column, ISA build, and on i386 what the setters of flush-to-zero and
+# of denormals-are-zero return. The vendor is GenuineVaren unless the row names another. QEMU in user mode has one logical
+# processor, refuses the feature ht, and its every model has CPUID: type 7 and a processor without CPUID are left to the
+# unit tests. The C library of Debian needs CMOV, which the models below pentium2 lack. QEMU ends a program that uses
+# AVX where the model has none, or where the operating system has not enabled it.
 NO_SSE = -9998
-PROCESSORS = [
-    ("486,+cmov", 0, "px", NO_SSE),
-    ("pentium,+cmov,-mmx", 1, "px", NO_SSE),
-    ("pentium,+cmov", 2, "px", NO_SSE),
-    ("pentium2,-mmx", 3, "px", NO_SSE),
-    ("pentium2", 4, "px", NO_SSE),
-    ("pentium3,-sse", 4, "px", NO_SSE),
-    ("pentium3", 5, "a6", 0),
-    ("qemu32,family=15,-pni", 6, "w7", 0),
-    ("qemu32,family=15", 8, "w7", 0),
-    ("qemu32,family=31", 8, "w7", 0),  # the extended family is not consulted
-    ("qemu32", 9, "px", 0),
-    ("qemu32,family=7", 16, "px", 0),
-    ("qemu32,family=15,-sse2,-pni", 17, "px", 0),
-    ("pentium3,vendor=GenuineOther", 0, "px", 0),
-    ("qemu32,family=15,vendor=genuinevaren", 0, "px", 0),
-    # px is tuned to AVX2, from QEMU 7.2 on; not without AVX, nor where the operating system does not let it be asked
-    # for, though every other feature is there. QEMU then ends a program that uses AVX.
-    ("max", 9, "px", 0),
-    ("max,-avx", 9, "px", 0),
-    ("max,-xsave", 9, "px", 0),
-    ("max,vendor=GenuineOther", 0, "px", 0),
-]
+PROCESSORS = {
+    "qemu-i386": [
+        ("486,+cmov", 0, "px", "x87", NO_SSE),
+        ("pentium,+cmov,-mmx", 1, "px", "x87", NO_SSE),
+        ("pentium,+cmov", 2, "px", "x87", NO_SSE),
+        ("pentium2,-mmx", 3, "px", "x87", NO_SSE),
+        ("pentium2", 4, "px", "x87", NO_SSE),
+        ("pentium3,-sse", 4, "px", "x87", NO_SSE),
+        ("pentium3", 5, "a6", "sse"),
+        ("qemu32,family=15,-pni", 6, "w7", "sse2"),
+        ("qemu32,family=15", 8, "w7", "sse2"),
+        ("qemu32,family=31", 8, "w7", "sse2"),  # the extended family is not consulted
+        ("qemu32", 9, "px", "sse2"),
+        ("qemu32,family=7", 16, "px", "sse2"),
+        ("qemu32,family=15,-sse2,-pni", 17, "px", "x87"),
+        ("pentium3,vendor=GenuineOther", 0, "px", "x87"),
+        ("qemu32,family=15,vendor=genuinevaren", 0, "px", "sse2"),
+        # AVX2 from QEMU 7.2 on; not where the operating system does not let it be asked for, though all else is there.
+        ("max", 9, "px", "avx2"),
+        ("max,-avx", 9, "px", "sse2"),
+        ("max,-xsave", 9, "px", "sse2"),
+        ("max,vendor=GenuineOther", 0, "px", "avx2"),
+    ],
+    "qemu-x86_64": [
+        ("qemu64,family=6,-sse2,-pni", 5, "a6", "sse2"),
+        ("qemu64,family=15,-pni", 6, "w7", "sse2"),
+        ("qemu64,family=15", 8, "w7", "sse2"),
+        ("max,family=15", 8, "w7", "sse2"),
+        ("qemu64,family=6", 9, "px", "sse2"),
+        ("qemu64,family=6,vendor=GenuineOther", 0, "px", "sse2"),
+        ("max,family=6", 9, "px", "avx2"),
+        ("max,family=6,-avx", 9, "px", "sse2"),
+    ],
+}
+
+# The builds that px may take, with what Linux calls their features, and the values of ZPP_ISA that lower it to none.
+TUNINGS = {"x87": "", "sse2": "sse2", "avx2": "avx2 fma bmi2 f16c popcnt sse4_2 avx",
+           "avx512": "avx512f avx512dq avx512bw avx512vl"}
+NO_TUNING = ["sse", "AVX2", "x87" * 1000]
 
 
-def run(*command):
-    done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, timeout=120)
+def run(*command, **environment):
+    done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, timeout=120,
+                          env={**os.environ, **environment})
     return done.returncode, done.stdout, done.stderr
 
 
-def expected_answers(processor_type, column, control):
-    return [f"type {processor_type}",
+def build_at(library, offset):
+    """The ISA build of zppsAdd_64f that lies so many bytes behind its stub."""
+    named = re.findall(r"^(\w+) [Tt] (?:_?(zppsAdd_64f)|zpp::(\w+)::zppsAdd_64f\(.*)(?:@.*)?$",
+                       object_code.output(object_code.NM, "-C", library), re.M)
+    stub = sum(int(address, 16) for address, name, _ in named if name)
+    return {int(address, 16) - stub: build for address, _, build in named}.get(offset, f"none, at {offset}")
+
+
+def expected_answers(processor_type, column, build, control):
+    return [f"build {build}", f"type {processor_type}",
             f"4.0.19.77 {column} zpps{column}l.lib v4.0 Oct 16 2003",
             f"4.0.10.17 {column} zppvm{column}l.lib v4.0 Oct 20 2003",
             f"flush to zero {control}, denormals are zero {control}"]
 
 
-def expect_answers(command, processor_type, column, control=0, visits=1):
-    status, out, error = run(*command)
+def expect_answers(library, command, processor_type, column, build, control=0, visits=1, first=(), **environment):
+    status, out, error = run(*command, **environment)
+    out = re.sub(r"zppsAdd_64f leads (-?\d+) bytes on", lambda lead: f"build {build_at(library, int(lead.group(1)))}", out)
     found = [line for line in out.splitlines() if "answers" not in line]
-    expected = expected_answers(processor_type, column, control) * visits
+    expected = [*first, *expected_answers(processor_type, column, build, control) * visits]
+    what = f"{' '.join(command)} {environment or ''}"[:400]
     if status != 0 or found != expected:
-        return [f"{' '.join(command)}: status {status}, not {expected}:\n{out}{error}"]
-    print(f"{' '.join(command)}:", *out.splitlines(), sep=" | ")
+        return [f"{what}: status {status}, not {expected}:\n{out}{error}"]
+    print(f"{what}:", *out.splitlines(), sep=" | ")
     return []
 
 
@@ -70,13 +100,58 @@ def expect_refusal(*command):
     return []
 
 
+def native_builds():
+    """Those that px may take on this machine, the best one last. On 64 bits sse2 is the plainest."""
+    with open("/proc/cpuinfo", encoding="ascii") as file:
+        flags = set(re.search(r"^flags\s*:(.*)$", file.read(), re.M).group(1).split())
+    names = list(TUNINGS)
+    count = next((i for i, name in enumerate(names) if not flags.issuperset(TUNINGS[name].split())), len(names))
+    return names[:count]
+
+
 # No processor in use has the vendor that is trusted with the faster columns: natively all are type 0.
-def linked(*program):
-    return expect_answers(program, 0, "px")
+def linked(*program_and_library):
+    *program, library = program_and_library
+    return expect_answers(library, program, 0, "px", native_builds()[-1])
 
 
 def opened(*program):
-    return expect_answers(program, 0, "px", visits=2)
+    return expect_answers(program[-1], program, 0, "px", native_builds()[-1], visits=2)
+
+
+def tuned(arch, *program):
+    """ZPP_ISA lowers what px takes, never raises it, and is not heard by a program with more rights than its user."""
+    builds, faults = native_builds(), []
+    for value in [*TUNINGS, *NO_TUNING]:
+        build = value if value in builds else builds[-1]
+        if arch == "x86_64" and build == "x87":
+            build = "sse2"
+        faults += expect_answers(program[-1], program, 0, "px", build, visits=2, ZPP_ISA=value)
+    return faults + ([] if object_code.WINDOWS else tuned_with_rights(*program, best=builds[-1]))
+
+
+def tuned_with_rights(client, library, best):
+    with tempfile.TemporaryDirectory() as folder:
+        if os.geteuid() != 0 or os.statvfs(folder).f_flag & os.ST_NOSUID:
+            print("left out: only root can make a program, in a place that allows it, that runs with the rights of another")
+            return []
+        os.chmod(folder, 0o755)
+        command = [shutil.copy(file, folder) for file in (client, library)]
+        os.chown(command[0], 65534, 65534)
+        os.chmod(command[0], 0o4755)
+        os.chmod(command[1], 0o755)
+        return expect_answers(library, command, 0, "px", best, visits=2, first=["more rights than the user"], ZPP_ISA="sse2")
+
+
+def sealed(*program):
+    """A write into a slot ends the program, be it the first or the last one."""
+    faults = []
+    exports = (object_code.exports_of_dll if object_code.WINDOWS else object_code.exports_of_elf)(program[-1])[1]
+    for _, _, name, *_ in (min(exports), max(exports)):
+        got = run(*program, name)
+        print(f"writes into the slot of {name}: {got}")
+        faults += [] if got[:2] == (0, "fault at the slot\n") else [f"no fault: {name}"]
+    return faults
 
 
 def static(refused, library, source, headers, emulator, *compiler):
@@ -87,7 +162,10 @@ def static(refused, library, source, headers, emulator, *compiler):
         for number, flags in enumerate((["-static"], ["-O2"], ["-ffunction-sections", "-Wl,--gc-sections"])):
             program = os.path.join(folder, f"{number}.exe")
             status, out, error = run(*compiler, *flags, "-I", headers, source, library, "-lm", "-o", program)
-            faults += expect_answers([*emulator, program], 0, "px") if status == 0 else [out + error]
+            if status != 0:
+                faults += [out + error]
+                continue
+            faults += expect_answers(program, [*emulator, program], 0, "px", native_builds()[-1])
     if not emulator:
         return faults + expect_refusal(refused)
     os.environ.pop("DISPLAY", None)  # the message box, which the DLL's test shows and reads, would wait for its button
@@ -126,22 +204,24 @@ def message_box(*program):
     return []
 
 
-def emulated(program, incomplete):
-    qemu = shutil.which("qemu-i386")
+def emulated(tool, library, program, *incomplete):
+    qemu = shutil.which(tool)
     if qemu is None:
-        print("skipped: qemu-i386 (Debian: qemu-user) is not installed; no processor type was tested")
+        print(f"skipped: {tool} (Debian: qemu-user) is not installed; no processor type was tested")
         sys.exit(SKIPPED)
     faults = []
-    for model, *expected in PROCESSORS:
+    for model, *expected in PROCESSORS[tool]:
         if "vendor=" not in model:
             model += ",vendor=GenuineVaren"
-        faults += expect_answers([qemu, "-cpu", model, program], *expected)
-    # Down the whole waterfall.
-    return faults + expect_refusal(qemu, "-cpu", "qemu32,family=15,vendor=GenuineVaren", incomplete)
+        faults += expect_answers(library, [qemu, "-cpu", model, program], *expected)
+    for program in incomplete:  # down the whole waterfall
+        faults += expect_refusal(qemu, "-cpu", "qemu32,family=15,vendor=GenuineVaren", program)
+    return faults
 
 
 if __name__ == "__main__":
-    checks = (linked, opened, static, refused, message_box, emulated)
+    os.environ.pop("ZPP_ISA", None)
+    checks = (linked, opened, tuned, sealed, static, refused, message_box, emulated)
     faults = {check.__name__: check for check in checks}[sys.argv[1]](*sys.argv[2:])
     print(*faults, sep="\n", end="\n" if faults else "")
     sys.exit(1 if faults else 0)

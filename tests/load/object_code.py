@@ -1,7 +1,7 @@
 """Reads the object code of the library and of its ISA builds, and fails on what must not be there.
 
     object_code.py exports LIBRARY HEADERS COMPILER FLAGS...
-    object_code.py linkage LIBRARY
+    object_code.py linkage LIBRARY VERSION
     object_code.py objects ARCH BUILD OBJECTS...    of an ISA build, or of "frame"
 
 TOOLS in the environment is what stands before the names of nm and objdump, for a library of Windows.
@@ -11,6 +11,7 @@ instruction_sets.py; that every check catches what it is for is tested in object
 import functools
 import os
 import re
+import struct
 import subprocess
 import sys
 from typing import NamedTuple
@@ -21,10 +22,15 @@ TOOLS = os.environ.get("TOOLS", "")
 NM, OBJDUMP = TOOLS + "nm", TOOLS + "objdump"
 WINDOWS = "mingw" in TOOLS
 C_PREFIX = "_" if "i686" in TOOLS else ""
+VERSION = "" if WINDOWS else "ZPP_4"  # of the symbols
 
 
 def output(*command, **options):
     return subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True, **options).stdout
+
+
+def is_64_bit_elf(library):
+    return "elf64" in output(OBJDUMP, "-f", library)
 
 
 # --- The built library -----------------------------------------------------------------------------------------
@@ -43,44 +49,67 @@ def declared(headers, compiler):
 
 
 def exports_of_dll(library):
-    """(address, size of a stub, name); a DLL says nothing of sizes."""
+    """(address, size of a stub, name, version of the symbol); a DLL says nothing of sizes and versions."""
     tables = output(OBJDUMP, "-p", library)
     addresses = dict(re.findall(r"^\s\[ *(\d+)\] \+base\[ *\d+\] +([0-9a-f]+) Export RVA", tables, re.M))
     names = re.findall(r"^\s\[ *(\d+)\] (\S+)$", tables.partition("[Ordinal/Name Pointer] Table")[2], re.M)
     faults = [] if len(names) == len(addresses) else [f"{len(addresses)} addresses of {len(names)} names"]
-    return faults, [(int(addresses[index], 16), 16, name) for index, name in names]
+    return faults, [(int(addresses[index], 16), 16, name, VERSION) for index, name in names]
 
 
 def exports_of_elf(library):
-    rows = [line.split() for line in output(NM, "-D", "-S", "--defined-only", library).splitlines()]
+    rows = [line.split() for line in output(NM, "-D", "-S", "--defined-only", "--with-symbol-versions", library).splitlines()]
+    rows = [row for row in rows if row[1:] != ["A", VERSION]]  # the version itself
     faults = [f"exported, but no function with a size: {' '.join(row)}" for row in rows if len(row) != 4 or row[2] != "T"]
-    return faults, [(int(row[0], 16), int(row[1], 16), row[3]) for row in rows if len(row) == 4]
+    named = [(row, *row[3].partition("@@")[::2]) for row in rows if len(row) == 4]
+    return faults, [(int(row[0], 16), int(row[1], 16), name, version) for row, name, version in named]
+
+
+def check_slots(library, count):
+    """On pages of their own, which the library makes read-only."""
+    width, page = 4 if re.search(r"file format \S+-i386$", output(OBJDUMP, "-f", library), re.M) else 8, 4096
+    places = {name.removeprefix(C_PREFIX): int(address, 16)
+              for address, name in re.findall(r"^(\w+) \w (\w*zpp_slots(?:_end)?)$", output(NM, library), re.M)}
+    begin, end = places["zpp_slots"], places["zpp_slots_end"]
+    right = begin % page == 0 and end % page == 0 and end - begin >= count * width
+    return [] if right else [f"slots from {begin:x} to {end:x}"]
+
+
+def check_marks(library, stubs):
+    """Of x86-64 ELF: each stub begins as the target of an indirect jump, and the file says that all such targets do."""
+    notes = output("readelf", "-nW", library)
+    faults = [] if re.search(r"x86 feature: IBT, SHSTK", notes) else ["not marked for IBT and SHSTK"]
+    region = [f"--start-address={stubs[0][0]}", f"--stop-address={stubs[-1][0] + 16}"]
+    marked = re.findall(r"^ *(\w+):\t[0-9a-f ]+\tendbr64", output(OBJDUMP, "-dw", *region, library), re.M)
+    marked = {int(address, 16) for address in marked}
+    return faults + [f"begins without endbr64: {name}" for address, _, name, _ in stubs if address not in marked]
 
 
 def check_exports(library, expected):
     """Exactly the expected functions, as stubs of 16 bytes one behind the other in the expected order."""
     faults, stubs = (exports_of_dll if WINDOWS else exports_of_elf)(library)
     stubs.sort()
-    exported = [name for _, _, name in stubs]
+    exported = [name for _, _, name, _ in stubs]
     faults += [f"exported, but not declared: {name}" for name in sorted(set(exported) - set(expected))]
     faults += [f"declared, but not exported: {name}" for name in sorted(set(expected) - set(exported))]
     if not faults:
         faults += [f"not in the order of the headers: {a}" for a, b in zip(exported, expected) if a != b][:1]
-        faults += [f"{size} bytes: stub of {name}" for _, size, name in stubs if size > 16]
+        faults += [f"{size} bytes: stub of {name}" for _, size, name, _ in stubs if size > 16]
+        faults += [f"of version {version!r}: {name}" for _, _, name, version in stubs if version != VERSION]
         base = stubs[0][0]
         faults += [f"not 16 bytes behind the stub before it: {name}"
-                   for i, (address, _, name) in enumerate(stubs) if address != base + 16 * i or address % 16 != 0]
+                   for i, (address, _, name, _) in enumerate(stubs) if address != base + 16 * i or address % 16 != 0]
+    if not faults and is_64_bit_elf(library):
+        faults += check_marks(library, stubs)
     return faults, f"{len(exported)} exports of {len(expected)} declared functions"
 
 
 NEEDED = re.compile(r"libc\.so\.6|libm\.so\.6|ld-linux(-x86-64)?\.so\.2")
-INITIALISERS = {"zpp::(anonymous namespace)::attach()", "frame_dummy"}
-FINALISERS = {"__do_global_dtors_aux"}  # the compiler's own, as frame_dummy is
 
 
 def pointers(library, section):
     """The functions that an array of pointers of the unrelocated file names."""
-    width = 8 if "elf64" in output(OBJDUMP, "-f", library) else 4
+    width = 8 if is_64_bit_elf(library) else 4
     dump = output("readelf", "-x", section, library)
     data = bytes.fromhex("".join(re.findall(r"^  0x[0-9a-f]+ ((?:[0-9a-f]{2,8} ?){1,4})", dump, re.M)).replace(" ", ""))
     names = {}
@@ -95,45 +124,55 @@ def pointers(library, section):
 SYSTEM_DLLS = {"KERNEL32.dll", "USER32.dll", "msvcrt.dll"}
 
 
-def check_dll_linkage(library):
-    """Needs system libraries alone, and can be loaded anywhere, with no code that can be written to."""
+def check_dll_linkage(library, version):
+    """Needs system libraries alone, can be loaded anywhere, with no code that can be written to, and tells its version
+    but no date."""
     headers = output(OBJDUMP, "-p", library)
     needed = re.findall(r"DLL Name: (\S+)", headers)
     faults = [f"needs {name}" for name in needed if name not in SYSTEM_DLLS]
-    faults += [] if re.search(r"^\s+DYNAMIC_BASE", headers, re.M) else ["cannot be loaded at another address"]
-    faults += [] if re.search(r"^\s+NX_COMPAT", headers, re.M) else ["wants to run data"]
+    marks = [("DYNAMIC_BASE", "cannot be loaded at another address"), ("NX_COMPAT", "wants to run data")]
+    marks += [] if C_PREFIX else [("HIGH_ENTROPY_VA", "cannot be loaded beyond 4 GB")]
+    faults += [complaint for mark, complaint in marks if not re.search(rf"^\s+{mark}", headers, re.M)]
+    with open(library, "rb") as file:
+        data = file.read()
+    texts = {"FileVersion": version, "ProductVersion": version, "ProductName": "libzpp", "OriginalFilename": "zpp.dll"}
+    for name, text in texts.items():
+        pattern = re.escape(f"{name}\0".encode("utf-16-le")) + b"(?:\0\0)*" + re.escape(f"{text}\0".encode("utf-16-le"))
+        faults += [] if re.search(pattern, data) else [f"{name} is not {text}"]
+    header, = struct.unpack_from("<I", data, 0x3C)
+    date, = struct.unpack_from("<I", data, header + 8)
+    faults += [f"has a date: {date}"] if date else []
     name = re.search(r"^Name\s+\S+ (\S+)$", headers, re.M)
     faults += [] if name and name.group(1) == "zpp.dll" else [f"is named {name and name.group(1)}"]
     return faults, f"needs {' '.join(needed)}"
 
 
-def check_linkage(library):
+def check_linkage(library, version):
     if WINDOWS:
-        return check_dll_linkage(library)
+        return check_dll_linkage(library, version)
     dynamic = output("readelf", "-dW", library)
     needed = re.findall(r"\(NEEDED\).*\[(.*)\]", dynamic)
     faults = [f"needs {name}" for name in needed if not NEEDED.fullmatch(name)]
     soname = re.findall(r"\(SONAME\).*\[(.*)\]", dynamic)
-    if soname != ["libzpp.so.4"]:
+    if soname != [f"libzpp.so.{version.split('.')[0]}"]:
         faults.append(f"soname {soname}")
     for tag in ("TEXTREL", "RPATH", "RUNPATH", "PREINIT_ARRAY"):
         if re.search(rf"\b{tag}\b", dynamic):
             faults.append(f"has {tag}")
-    segments = re.findall(r"^  (LOAD|GNU_STACK) .* ([R ][W ][E ]) +0x", output("readelf", "-lW", library), re.M)
+    segments = re.findall(r"^  (LOAD|GNU_STACK|GNU_RELRO) .* ([R ][W ][E ]) +0x", output("readelf", "-lW", library), re.M)
+    if "GNU_RELRO" not in dict(segments) or "BIND_NOW" not in dynamic:
+        faults.append("leaves its table of other libraries' functions writable")
     if "GNU_STACK" not in dict(segments):
         faults.append("says nothing of its stack, which is executable then")
     faults += [f"{kind} segment is {flags}" for kind, flags in segments
                if flags.endswith("E") and (kind == "GNU_STACK" or "W" in flags)]
-    started, ended = pointers(library, ".init_array"), pointers(library, ".fini_array")
-    faults += [f"runs at load: {name}" for name in started if name not in INITIALISERS]
-    faults += [f"runs at unload: {name}" for name in ended if name not in FINALISERS]
-    if len(started) != len(set(started)) or "zpp::(anonymous namespace)::attach()" not in started:
-        faults.append(f"the load routine does not run just once: {started}")
+    started = pointers(library, ".init_array")
+    if started != ["zpp::(anonymous namespace)::attach()"]:
+        faults.append(f"not the load routine alone runs at load: {started}")
+    faults += [f"runs at load or unload: {tag}" for tag in re.findall(r"\((INIT|FINI|FINI_ARRAY)\)", dynamic)]
     undefined = [line.split()[-1] for line in output(NM, "-D", "--undefined-only", library).splitlines()]
-    faults += [f"takes from elsewhere: {name}" for name in undefined
-               if "@GLIBC_" not in name and name not in ("__gmon_start__", "_ITM_deregisterTMCloneTable",
-                                                         "_ITM_registerTMCloneTable", "__cxa_finalize")]
-    return faults, f"needs {' '.join(needed)}; {len(started)} entries in .init_array; {len(undefined)} symbols from outside"
+    faults += [f"takes from elsewhere: {name}" for name in undefined if "@GLIBC_" not in name]
+    return faults, f"needs {' '.join(needed)}; {len(undefined)} symbols from outside"
 
 
 # --- The objects of one ISA build ------------------------------------------------------------------------------
@@ -309,7 +348,9 @@ def check_objects(arch, build, objects):
 def main(check, *arguments):
     if check == "exports":
         library, headers, *compiler = arguments
-        faults, summary = check_exports(library, declared(headers, compiler))
+        expected = declared(headers, compiler)
+        faults, summary = check_exports(library, expected)
+        faults += check_slots(library, len(expected))
     elif check == "linkage":
         faults, summary = check_linkage(*arguments)
     else:

@@ -74,9 +74,10 @@ MOVES = [
     ("vmovupd %ymm0,32(%rsp)\nvmovdqu (%rsp),%ymm1\nvmovaps %xmm6,(%rsp)\nret", False),
 ]
 
-STUBS = """.text
-.macro stub name, size
-.globl \\name\n.type \\name, @function\n\\name: .zero \\size\n.size \\name, \\size
+MARK = "" if ARCH == "i386" or object_code.WINDOWS else "endbr64"
+STUBS = f""".text
+.macro stub name, size, mark={MARK}
+.globl \\name\n.type \\name, @function\n\\name: \\mark\n.zero \\size - (. - \\name)\n.size \\name, \\size
 .endm
 .p2align 4
 """
@@ -86,7 +87,25 @@ EXPORTS = [  # source, the declared functions, the complaints
     (STUBS + "stub a 16", "a b", ["declared, but not exported: b"]),
     (STUBS + "stub a 16\nstub b 16", "b a", ["not in the order.*"]),
     (STUBS + "stub a 20\nstub b 16", "a b", ["20 bytes: stub of a", "not 16 bytes behind.*: b"]),
-    (STUBS + "stub a 16\n.data\n.globl d\n.type d, @object\nd: .long 1\n.size d, 4", "a", ["exported, but no function.* d", ".*not declared: d"]),
+    (STUBS + "stub a 16\n.data\n.globl d\n.type d, @object\nd: .long 1\n.size d, 4", "a", ["exported, but no function.* d@.*", ".*not declared: d"]),
+]
+EXPORT_FLAGS = ["-shared", "-nostdlib"]
+MORE_EXPORTS = []  # the same, and the flags that they are linked with
+if not object_code.WINDOWS:
+    SCRIPT = os.path.join(FOLDER.name, "versions")
+    with open(SCRIPT, "w", encoding="ascii") as file:
+        file.write("ZPP_4 { global: *; };")
+    MORE_EXPORTS += [(STUBS + "stub a 16", "a", ["of version '': a"], EXPORT_FLAGS)]
+    EXPORT_FLAGS = [*EXPORT_FLAGS, f"-Wl,--version-script={SCRIPT}"]
+if MARK:
+    MORE_EXPORTS += [(STUBS + "stub a 16", "a", ["not marked for IBT and SHSTK"], EXPORT_FLAGS)]
+    EXPORT_FLAGS = [*EXPORT_FLAGS, "-Wl,-z,ibt,-z,shstk"]
+    EXPORTS += [(STUBS + "stub a 16\nstub b 16 nop", "a b", ["begins without endbr64: b"])]
+SLOTS = [  # source, their number, whether that is refused
+    (".p2align 12\n{0}zpp_slots: .zero 4096\n{0}zpp_slots_end:", 512, False),
+    (".p2align 12\n{0}zpp_slots: .zero 4096\n{0}zpp_slots_end:", 1025, True),
+    (".p2align 12\n.zero 8\n{0}zpp_slots: .zero 4088\n{0}zpp_slots_end:", 100, True),
+    (".p2align 12\n{0}zpp_slots: .zero 4088\n{0}zpp_slots_end:", 100, True),
 ]
 if object_code.WINDOWS:
     SYMBOL = object_code.C_PREFIX + "\\name"
@@ -99,14 +118,18 @@ if object_code.WINDOWS:
     EXPORTS = [(STUBS + source.partition(".p2align 4\n")[2], *rest) for source, *rest in EXPORTS[:4]]
 LINKAGE = "#include <new>\nint* p; extern int other; __attribute__((constructor)) void early() { p = new int[9]; }\n" \
           'asm(".pushsection .text\\n.long 0, 0\\n.%s other\\n.popsection");' % ("long" if ARCH == "i386" else "quad")
-LINKAGE_FLAGS = ["-shared", "-fPIC", "-fvisibility=hidden", "-Wl,-z,execstack,-z,notext,-rpath,/lib,-soname,libbad.so", "-w"]
+LINKAGE_FLAGS = ["-shared", "-fPIC", "-fvisibility=hidden", "-Wl,-z,execstack,-z,notext,-z,norelro,-z,lazy,-rpath,/lib,-soname,libbad.so", "-w"]
 LINKAGE_FAULTS = ["needs libstdc.*", "soname.*libbad.*", "has TEXTREL", "has R(UN)?PATH", "GNU_STACK segment is RWE",
-                  "runs at load: early.*", "the load routine does not run.*", "takes from elsewhere: _Zna[jm].*",
-                  "takes from elsewhere: other"]
+                  "leaves its table.*", "not the load routine alone.*early.*", "runs at load or unload: INIT",
+                  "runs at load or unload: FINI_ARRAY", "takes from elsewhere: _Zna[jm].*", "takes from elsewhere: other"]
 if object_code.WINDOWS:
     LINKAGE = '#include <winsock2.h>\nextern "C" __declspec(dllexport) int bad() { return closesocket(1); }'
     LINKAGE_FLAGS = ["-shared", "-lws2_32", "-Wl,--disable-dynamicbase,--disable-nxcompat"]
-    LINKAGE_FAULTS = ["needs WS2_32.dll", "cannot be loaded at another address", "wants to run data", "is named .*"]
+    LINKAGE_FAULTS = ["needs WS2_32.dll", "cannot be loaded at another address", "wants to run data", "is named .*",
+                      "FileVersion is not 9.9.9", "has a date: .*"]
+    if ARCH == "x86_64":
+        LINKAGE_FLAGS += ["-Wl,--disable-high-entropy-va"]
+        LINKAGE_FAULTS += ["cannot be loaded beyond 4 GB"]
 
 
 def make(language, source, *flags, suffix="o"):
@@ -156,12 +179,15 @@ def main():
         faults, _ = object_code.check_symbols("sse2", [make("c++", source, "-c", "-std=c++20", "-fno-threadsafe-statics")])
         right = not faults if complaint is None else faults and all(re.search(complaint, fault) for fault in faults)
         expect(f"symbols: {source!r}", right, faults)
-    for source, names, complaints in EXPORTS:
-        library = make("assembler", source, "-shared", "-nostdlib", suffix="so")
+    for source, names, complaints, flags in [(*row, EXPORT_FLAGS) for row in EXPORTS] + MORE_EXPORTS:
+        library = make("assembler", source, *flags, suffix="so")
         faults, _ = object_code.check_exports(library, names.split())
         right = len(faults) == len(complaints) and all(map(re.fullmatch, complaints, faults))
         expect(f"exports: {names}", right, faults)
-    faults, _ = object_code.check_linkage(make("c++", LINKAGE, *LINKAGE_FLAGS, suffix="so"))
+    for source, number, refused in SLOTS:
+        faults = object_code.check_slots(make("assembler", source.format(object_code.C_PREFIX)), number)
+        expect(f"slots: {source!r}", bool(faults) == refused, faults)
+    faults, _ = object_code.check_linkage(make("c++", LINKAGE, *LINKAGE_FLAGS, suffix="so"), "9.9.9")
     for complaint in LINKAGE_FAULTS:
         expect(f"linkage: {complaint}", any(re.fullmatch(complaint, fault) for fault in faults), faults)
     print(f"{count} expectations of the checks, {len(wrong)} failed")

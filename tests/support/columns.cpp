@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+#include "tests/support/pages.h"
+
 namespace zpp::test {
 
 std::string Binding::columnName() const {
@@ -19,8 +21,19 @@ std::string Binding::isaName() const {
 [[maybe_unused]] const bool bound = bindLibrary();
 #endif
 
+void makeSlotsWritable() {
+    if (!makeWritable(zpp_slots, slotsBytes())) std::abort();
+}
+
+bool bindAnew() {
+    makeSlotsWritable();
+    return bindLibrary();
+}
+
 void Binding::bind() const {
+    makeSlotsWritable();
     if (!fillColumn(kDispatchTable, column, isa)) std::abort();
+    protectSlots();
 }
 
 bool Binding::isBound() const {

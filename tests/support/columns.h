@@ -19,6 +19,13 @@ struct Binding {
     bool isBound() const;  // whether all slots are as bind() makes them
 };
 
+// Opens the slots for a test that writes them; the library itself writes them once. The next binding closes
+// them.
+void makeSlotsWritable();
+
+// The binding of the load once more.
+bool bindAnew();
+
 // Every column and ISA build of the target.
 const std::vector<Binding>& allBindings();
 

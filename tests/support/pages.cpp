@@ -43,6 +43,15 @@ void release(void* pages, std::size_t bytes) { munmap(pages, bytes); }
 
 }  // namespace
 
+#ifdef _WIN32
+bool makeWritable(void* pages, std::size_t bytes) {
+    DWORD before;
+    return VirtualProtect(pages, bytes, PAGE_READWRITE, &before) != 0;
+}
+#else
+bool makeWritable(void* pages, std::size_t bytes) { return open(pages, bytes); }
+#endif
+
 GuardedPages::GuardedPages(std::size_t bytes) {
     const std::size_t page = pageBytes();
     bytes_ = (bytes + page - 1) / page * page;

@@ -5,6 +5,9 @@
 
 namespace zpp::test {
 
+// Whole pages that lie elsewhere; false if the system refuses.
+bool makeWritable(void* pages, std::size_t bytes);
+
 class GuardedPages {
   public:
     // Whole pages, at least as many bytes as asked for.
