@@ -75,7 +75,9 @@ void describeMachine(std::FILE* file) {
         std::fprintf(file, "processors of this type are trusted with that column\n");
     else
         std::fprintf(file, "processors of this type get px, and that build is %s here\n",
-                     bound.isa == bestIsa() ? "the best that runs" : "not the best that runs");
+                     bound.isa == bestIsa()                        ? "the best that runs"
+                     : bindingReason().isa != bindingReason().best ? "what ZPP_ISA lowers it to"
+                                                                   : "not the best that runs");
 }
 
 }  // namespace zpp::check

@@ -91,16 +91,6 @@ TEST_P(Control, DenormalsAreZeros) {
             }
 }
 
-TEST_P(Control, RestoresTheUnderflowMask) {
-    for (const unsigned before : {kDefault, kDefault & ~kUnderflowMask}) {
-        Zpp32u word = 7;
-        setMxcsr(before);
-        EXPECT_EQ(zppSetFlushToZero(1, &word), zppStatusOk);
-        EXPECT_EQ(zppSetFlushToZero(0, &word), zppStatusOk);
-        EXPECT_EQ(mxcsr(), before);
-    }
-}
-
 // A thread begins with the control register of the one that starts it.
 TEST_P(Control, ActsOnTheCallingThread) {
     const struct {
