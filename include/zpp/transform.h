@@ -13,8 +13,9 @@
  * no effect. flag: which direction multiplies its result by what:
  *     8  neither            1  forward, by 1 / N
  *     2  inverse, by 1 / N  4  both, by 1 / sqrt(N)
- * Returned, in this order of checks: -8 ppSpec null; -15 order out of range; -9 memory short; -16 another
- * flag. After an error *ppSpec is as it was. */
+ * Returned, in this order of checks: -8 ppSpec null; -15 order out of range; -9 memory short for it; -16
+ * another flag; -9 memory short to compute its tables, which the orders 0 to 3 do not have. After an error
+ * *ppSpec is as it was, and nothing stays allocated. */
 ZPP_EXPORT(ZppStatus, zppsFFTInitAlloc_C_64fc, (ZppsFFTSpec** ppSpec, int order, int flag, int hint))
 ZPP_EXPORT(ZppStatus, zppsFFTInitAlloc_C_64f, (ZppsFFTSpec** ppSpec, int order, int flag, int hint))
 ZPP_EXPORT(ZppStatus, zppsFFTInitAlloc_R_64f, (ZppsFFTSpec** ppSpec, int order, int flag, int hint))
