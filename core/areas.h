@@ -2,7 +2,13 @@
 //
 // An object says once what areas it has, as a callable `layOut(areas, header)` that takes them one after the
 // other, by the numbers in the header, and puts their addresses there. The same callable counts the bytes of
-// a block and carves it, so that the two agree.
+// a block and carves it, so that the two agree:
+//
+//     const auto layOut = [](Areas& areas, Filter& filter) { filter.taps = areas.take<double>(filter.len); };
+//     GetStateSize  objectBytes(header, kBufferAlignment, layOut), and room to align the object
+//     Init          placeObject(header, kBufferAlignment, pBuffer, layOut)
+//     InitAlloc     allocateObject(header, layOut)
+//     Free          releaseObject(filter)
 #pragma once
 
 #include "core/checks.h"
