@@ -19,9 +19,11 @@ ZPP_INLINE V signedInfinity(V a) {
     return select(a > 0, infinity, select(a < 0, -infinity, broadcast<V>(quietNan)));
 }
 
+// In this form it is one comparison; of (divisor == 0) | (divisor != divisor) GCC 12 takes the mask apart by
+// lanes where there is no AVX.
 template <class V>
 ZPP_INLINE auto zeroOrNan(V divisor) {
-    return (divisor == 0) | (divisor != divisor);
+    return ((divisor < 0) | (divisor > 0)) == 0;
 }
 
 // What is divided by instead of a zero divisor: 1, which does not raise the exception of a division by zero.
