@@ -49,7 +49,7 @@ bool makeWritable(void* pages, std::size_t bytes) {
     return VirtualProtect(pages, bytes, PAGE_READWRITE, &before) != 0;
 }
 #else
-bool makeWritable(void* pages, std::size_t bytes) { return open(pages, bytes); }
+bool makeWritable(void* pages, std::size_t bytes) { return allowWriting(pages, bytes); }
 #endif
 
 GuardedPages::GuardedPages(std::size_t bytes) {
