@@ -57,7 +57,9 @@ void Checker::bind(const test::Binding& binding) const {
     if (planted_ == nullptr) return;
     const Entry entry = binding.name() == referenceBinding().name() ? plantedReference_ : plantedEntry_;
     displaced = *planted_->record->slot;
-    if (entry != nullptr) *planted_->record->slot = entry;
+    if (entry == nullptr) return;
+    test::makeSlotsWritable();
+    *planted_->record->slot = entry;
 }
 
 void Checker::report(const Function& f, const test::Binding* binding, const std::string& text, int length,

@@ -1,9 +1,10 @@
 #include "check/machine.h"
 
-#include <cstring>
+#include <cstdlib>
 #include <string>
 
 #include "frame/cpu.h"
+#include "frame/dispatch.h"
 #include "zpp.h"
 
 namespace zpp::check {
@@ -50,34 +51,26 @@ std::string processor() {
 
 }  // namespace
 
-const test::Binding* loadedBinding() {
-    static const test::Binding* const loaded = []() -> const test::Binding* {
-        for (const test::Binding& binding : test::allBindings())
-            if (binding.isBound()) return &binding;
-        return nullptr;
-    }();
-    return loaded;
+const test::Binding& loadedBinding() {
+    const BindingReason& reason = bindingReason();
+    for (const test::Binding& binding : test::allBindings())
+        if (binding.column == reason.column && (reason.column != kPx || binding.isa == reason.isa))
+            return binding;
+    std::abort();  // the load would have been refused
 }
 
 void describeMachine(std::FILE* file) {
     const ZppLibraryVersion& version = *zppsGetLibVersion();
-    const auto type = static_cast<int>(zppGetCpuType());
-    std::fprintf(file, "zpp-check %d.%d.%d, %s\nprocessor: %s; type %d\n", version.major, version.minor,
-                 version.majorBuild, kTarget, processor().c_str(), type);
-    if (loadedBinding() == nullptr) {
-        std::fprintf(file, "bound: neither column nor ISA build as a whole\n");
-        return;
-    }
-    const test::Binding& bound = *loadedBinding();
-    std::fprintf(file, "bound: column %s, ISA build %s, as ", bound.columnName().c_str(),
-                 bound.isaName().c_str());
-    if (bound.column != kPx)
-        std::fprintf(file, "processors of this type are trusted with that column\n");
-    else
-        std::fprintf(file, "processors of this type get px, and that build is %s here\n",
-                     bound.isa == bestIsa()                        ? "the best that runs"
-                     : bindingReason().isa != bindingReason().best ? "what ZPP_ISA lowers it to"
-                                                                   : "not the best that runs");
+    const BindingReason& reason = bindingReason();
+    const test::Binding &bound = loadedBinding(), best = {kPx, reason.best};
+    std::fprintf(file,
+                 "zpp-check %d.%d.%d, %s\n"
+                 "processor: %s\n"
+                 "bound: column %s, ISA build %s; type %d is of level %d of the waterfall, the best build "
+                 "for px is %s%s\n",
+                 version.major, version.minor, version.majorBuild, kTarget, processor().c_str(),
+                 bound.columnName().c_str(), bound.isaName().c_str(), reason.type, reason.level,
+                 best.isaName().c_str(), reason.isa == reason.best ? "" : ", which ZPP_ISA lowers");
 }
 
 }  // namespace zpp::check

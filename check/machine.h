@@ -7,11 +7,10 @@
 
 namespace zpp::check {
 
-// Version, target, processor, and what the load has bound and why; to be called before anything else is
-// bound.
+// Version, target, processor, and what the load has bound and why.
 void describeMachine(std::FILE* file);
 
-// What the load has bound, as the first call of this finds it; null if that is no column as a whole.
-const test::Binding* loadedBinding();
+// What the load has bound.
+const test::Binding& loadedBinding();
 
 }  // namespace zpp::check

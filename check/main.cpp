@@ -59,7 +59,7 @@ int list(const Options& options) {
     for (const test::Binding& binding : test::allBindings())
         std::printf("%-10s %s%s\n", binding.name().c_str(),
                     supportsIsa(binding.isa) ? "runs here" : "not on this machine",
-                    &binding == loadedBinding() ? ", bound" : "");
+                    &binding == &loadedBinding() ? ", bound" : "");
     return kOk;
 }
 
