@@ -4,6 +4,22 @@
 // the builds without vectors.
 //
 // This header and core/precision.h are the only places that ask which instructions there are.
+//
+// What compilers do that a kernel has to know, with the versions that were looked at:
+// - GCC 12 does not make minps or maxps of a ternary on vectors: min() and max().
+// - GCC 12 converts vectors of bytes to wider ones element by element, and of words by halves
+//   (__builtin_convertvector with AVX-512): there are intrinsics for each width in core/simd_convert.h.
+// - GCC 12 warns of undefined lanes in its own header for most unmasked AVX-512 intrinsics: the masked forms
+//   with all lanes are the same instructions.
+// - GCC 12 loads a vector that several fused multiply-adds use once for each of them: pinned().
+// - GCC 12 makes fused vfmaddsub of a product beside a sum, in spite of -ffp-contract=off, when it vectorises
+// on
+//   its own: automatic vectors are off (cmake/Options.cmake).
+// - GCC 12 leaves out vzeroupper with -fipa-ra, and takes the stack of 64-bit Windows to be aligned for AVX:
+//   flags in cmake/Isa.cmake.
+// - clang 14 passes a double argument through the x87 unit in builds without SSE2, which quietens a
+// signalling
+//   NaN: functions of core/ that must keep one take references to it.
 #pragma once
 
 #include <type_traits>

@@ -53,8 +53,7 @@ ZPP_INLINE void storeBytes(void* p, __m128i v) {
         store(static_cast<char*>(p), _mm_cvtsi128_si32(v));
 }
 
-// The masked forms of the intrinsics are the same instructions here, without the warnings that GCC 12 gives
-// for undefined lanes in its own header.
+// All lanes, for the masked forms of intrinsics (core/simd.h says why).
 inline constexpr uint16_t kAllLanes = 0xFFFF;
 
 // The first four elements of type S as lanes of 32 bits.
@@ -102,8 +101,18 @@ ZPP_INLINE Vec<int32_t, N> loadAsInts(const S* p) {
     }
 #endif
 #ifdef __AVX512F__
-    else
-        return __builtin_convertvector(load<Vec<S, N>>(p), V);
+    else {
+        constexpr bool isSigned = std::is_signed_v<S>;
+        if constexpr (sizeof(S) == 1) {
+            const __m128i v = loadBytes<16>(p);
+            return bitCast<V>(isSigned ? _mm512_maskz_cvtepi8_epi32(kAllLanes, v)
+                                       : _mm512_maskz_cvtepu8_epi32(kAllLanes, v));
+        } else {
+            const __m256i v = load<__m256i>(p);
+            return bitCast<V>(isSigned ? _mm512_maskz_cvtepi16_epi32(kAllLanes, v)
+                                       : _mm512_maskz_cvtepu16_epi32(kAllLanes, v));
+        }
+    }
 #endif
 }
 
@@ -142,7 +151,7 @@ ZPP_INLINE Vec<int16_t, N> loadAsWords(const int8_t* p) {
 #endif
 #ifdef __AVX512F__
     else
-        return __builtin_convertvector(load<Vec<int8_t, N>>(p), V);
+        return bitCast<V>(_mm512_maskz_cvtepi8_epi16(0xFFFFFFFF, load<__m256i>(p)));
 #endif
 }
 
