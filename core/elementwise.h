@@ -9,7 +9,7 @@
 #pragma once
 
 #include "core/checks.h"
-#include "core/elements.h"
+#include "core/elements32.h"
 #include "core/loops.h"
 #include "core/move.h"
 

@@ -2,20 +2,46 @@
 // elements and, for what is too short for one, to single elements. core/elementwise.h puts checks before
 // them.
 //
-// A step is what a loop takes at once: the elements that fill one register of each operand (kStep, kStep32).
-// A loop is unrolled by hand (#pragma GCC unroll) in two cases: to keep an array of registers in registers,
-// for which every index must be a constant; and, here, twice, to halve what counting costs where an operation
-// is no more than loads and a store. More of it was not quicker, and the code is instantiated for every
-// function and build.
+// A step is what a loop takes at once. A full step fills a register of every operand (kStep, kStep32
+// elements); of a vector that is shorter than that, each step takes one element. A loop is unrolled by hand
+// (#pragma GCC unroll) in two cases: to keep an array of registers in registers, for which its indices must
+// be constants; and here, twice, which halves the cost of counting where an operation is little more than
+// loads and a store.
 //
-// A lambda is a ZPP_INLINE_LAMBDA where it stands in the loop of a step and takes or returns registers, and
-// its body is more than an operator or two: a compiler that calls it passes vectors in memory. What is called
-// once per call is left to the compiler.
+// A lambda is a ZPP_INLINE_LAMBDA where it is called for every step and its body is more than an operator or
+// two: a call would cost more than the step. What is called once for a vector is left to the compiler.
 #pragma once
 
-#include "core/elements.h"
+#include "core/complex.h"
 
 namespace zpp::ZPP_ISA {
+
+// How many elements of T a step takes, in registers of T: one of them, or for complex numbers one of real and
+// one of imaginary parts.
+template <class T>
+inline constexpr int kStep = kLanes<T>;
+template <>
+inline constexpr int kStep<Zpp64fc> = kLanes<double>;
+
+template <int N, class T>
+ZPP_INLINE auto loadElements(const T* p) {
+    if constexpr (std::is_same_v<T, Zpp64fc>)
+        return loadComplex<N>(&p->re);
+    else
+        return load<Vec<T, N>>(p);
+}
+
+template <class T, class V>
+ZPP_INLINE void storeElements(T* p, V v) {
+    if constexpr (std::is_same_v<T, Zpp64fc>)
+        storeComplex(&p->re, v);
+    else
+        store(p, v);
+}
+
+// One element as an operand for registers of them.
+ZPP_INLINE double inRegister(double val) { return val; }
+ZPP_INLINE Complex<double> inRegister(Zpp64fc val) { return {val.re, val.im}; }
 
 template <int N>
 using Lanes = std::integral_constant<int, N>;

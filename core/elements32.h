@@ -1,38 +1,10 @@
-// Elements of every type in registers: as vectors of their own type, or in lanes of 32 bits.
+// Elements of every type in lanes of 32 bits: loads widen, stores saturate.
 #pragma once
 
-#include "core/complex.h"
 #include "core/simd_half.h"
 #include "core/simd_packed24.h"
 
 namespace zpp::ZPP_ISA {
-
-// How many elements of T a step takes, in registers of T: one of them, or for complex numbers one of real and
-// one of imaginary parts.
-template <class T>
-inline constexpr int kStep = kLanes<T>;
-template <>
-inline constexpr int kStep<Zpp64fc> = kLanes<double>;
-
-template <int N, class T>
-ZPP_INLINE auto loadElements(const T* p) {
-    if constexpr (std::is_same_v<T, Zpp64fc>)
-        return loadComplex<N>(&p->re);
-    else
-        return load<Vec<T, N>>(p);
-}
-
-template <class T, class V>
-ZPP_INLINE void storeElements(T* p, V v) {
-    if constexpr (std::is_same_v<T, Zpp64fc>)
-        storeComplex(&p->re, v);
-    else
-        store(p, v);
-}
-
-// One element as an operand for registers of them.
-ZPP_INLINE double inRegister(double val) { return val; }
-ZPP_INLINE Complex<double> inRegister(Zpp64fc val) { return {val.re, val.im}; }
 
 // How many elements of D a step takes in lanes of 32 bits: one register of lanes, or as many as are stored
 // together.
