@@ -62,6 +62,19 @@ TEST(Table, FindsFaults) {
     EXPECT_GT(row(divide<kRounding>, nullptr), 0);
 }
 
+template <int added>
+ZppStatus increase(const int* src, int* dst, int len) {
+    if (src == nullptr || dst == nullptr) return zppStatusNullPointer;
+    for (int i = 0; i < len; ++i) dst[i] = src[i] / 2 + added;
+    return len > 0 ? zppStatusOk : zppStatusSizeError;
+}
+
+TEST(Table, FindsFaultsOfOneSource) {
+    const auto halfAndOne = [](int x) { return x / 2 + 1; };
+    EXPECT_EQ(failuresOf([=] { unary("Increase", increase<1>, nullptr, halfAndOne); }), 0);
+    EXPECT_GT(failuresOf([=] { unary("Increase", increase<2>, nullptr, halfAndOne); }), 0);
+}
+
 template <int skipped>
 ZppStatus largest(const int* src, int len, int* max) {
     *max = *std::max_element(src + (len > 1 ? skipped : 0), src + len);
