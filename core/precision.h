@@ -8,31 +8,36 @@
 
 namespace zpp::ZPP_ISA {
 
+// For its life the x87 unit rounds to the bits that its control word's field names. The caller's word comes
+// back at the end. Memory is not read or written across either end; a value that is in a register already is
+// kept inside by stored().
+template <uint16_t kField>
+class X87Precision {
+  public:
+    ZPP_INLINE X87Precision() {
+        __asm__ volatile("fnstcw %0" : "=m"(caller_));
+        const uint16_t word = static_cast<uint16_t>((caller_ & ~kPrecisionField) | kField);
+        __asm__ volatile("fldcw %0" : : "m"(word) : "memory");
+    }
+    ZPP_INLINE ~X87Precision() { __asm__ volatile("fldcw %0" : : "m"(caller_) : "memory"); }
+    X87Precision(const X87Precision&) = delete;
+    X87Precision& operator=(const X87Precision&) = delete;
+
+  private:
+    static constexpr uint16_t kPrecisionField = 0x300;
+    uint16_t caller_;
+};
+
+// For doubles. What remains is the range of exponents.
 #ifdef __SSE2_MATH__
 struct DoublePrecision {
     DoublePrecision() {}  // not trivial, so that an unused guard is no warning
 };
 #else
-// For its life the x87 unit rounds to the 53 bits of a double. What remains is the range of exponents. The
-// caller's control word comes back at the end. Memory is not read or written across either end; a value that
-// is in a register already is kept inside by stored().
-class DoublePrecision {
-  public:
-    ZPP_INLINE DoublePrecision() {
-        __asm__ volatile("fnstcw %0" : "=m"(caller_));
-        const uint16_t word = static_cast<uint16_t>((caller_ & ~kPrecisionField) | kPrecision53);
-        __asm__ volatile("fldcw %0" : : "m"(word) : "memory");
-    }
-    ZPP_INLINE ~DoublePrecision() { __asm__ volatile("fldcw %0" : : "m"(caller_) : "memory"); }
-    DoublePrecision(const DoublePrecision&) = delete;
-    DoublePrecision& operator=(const DoublePrecision&) = delete;
-
-  private:
-    static constexpr uint16_t kPrecisionField = 0x300;
-    static constexpr uint16_t kPrecision53 = 0x200;
-    uint16_t caller_;
-};
+using DoublePrecision = X87Precision<0x200>;
 #endif
+// For long double, in every build.
+using ExtendedPrecision = X87Precision<0x300>;
 
 // An intermediate sum or difference, infinite where a double is: the x87 register is stored and loaded again.
 // Nothing more is needed of a sum, as one below 2^-1022 is exact.

@@ -52,6 +52,7 @@ template <bool kInverse>
 ZppStatus complexTransform(const Zpp64fc* pSrc, Zpp64fc* pDst, const ZppsFFTSpec* spec, Zpp8u* pBuffer) {
     if (const ZppStatus error = firstError(checkSpec(spec, kComplexSpec), checkPointers(pSrc, pDst)))
         return error;
+    const DoublePrecision precision;
     const double scale = kInverse ? inverseScale(spec) : forwardScale(spec);
     return withWork(spec, pBuffer, [=](double* work) {
         transformInterleaved<kInverse>(&pSrc->re, &pDst->re, spec->order, work, spec->complex, scale);
@@ -61,6 +62,7 @@ ZppStatus complexTransform(const Zpp64fc* pSrc, Zpp64fc* pDst, const ZppsFFTSpec
 // The inverse is the forward transform with the parts exchanged.
 ZppStatus splitTransform(const Zpp64f* pSrcRe, const Zpp64f* pSrcIm, Zpp64f* pDstRe, Zpp64f* pDstIm,
                          const ZppsFFTSpec* spec, Zpp8u* pBuffer, double scale) {
+    const DoublePrecision precision;
     return withWork(spec, pBuffer, [=](double* work) {
         withWidth(spec->order, [=](auto width) {
             using Data = Split<decltype(width)::value>;
@@ -81,6 +83,7 @@ ZppStatus realForward(const Zpp64f* pSrc, Zpp64f* pDst, const ZppsFFTSpec* spec,
                       Packing packing) {
     if (const ZppStatus error = firstError(checkSpec(spec, kRealSpec), checkPointers(pSrc, pDst)))
         return error;
+    const DoublePrecision precision;
     const double scale = forwardScale(spec);
     const size_t n = size_t{1} << spec->order;
     if (n == 1) {
@@ -104,6 +107,7 @@ ZppStatus realInverse(const Zpp64f* pSrc, Zpp64f* pDst, const ZppsFFTSpec* spec,
                       Packing packing) {
     if (const ZppStatus error = firstError(checkSpec(spec, kRealSpec), checkPointers(pSrc, pDst)))
         return error;
+    const DoublePrecision precision;
     const double scale = inverseScale(spec);
     const size_t n = size_t{1} << spec->order;
     if (n == 1) {

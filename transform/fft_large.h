@@ -35,7 +35,7 @@ struct Columns {
 // The parts of the work buffer, in doubles.
 struct LargeScratch {
     int rowOrder, columnOrder;  // N1 = 2^columnOrder, N2 = 2^rowOrder
-    int stepOrder;              // the twiddles of a column are steps of 2^stepOrder and what is between them
+    int stepOrder;              // a column's twiddles are those of every 2^stepOrder-th row, turned
     size_t data;                // the matrix between the steps
     size_t group;               // a group of columns; there are two of them
     size_t twiddles;            // of a group
@@ -46,44 +46,81 @@ inline LargeScratch largeScratch(int order) {
     LargeScratch s;
     s.rowOrder = order / 2;
     s.columnOrder = order - s.rowOrder;
-    s.stepOrder = s.columnOrder / 2;
+    s.stepOrder = (s.columnOrder - 1) / 2;
     const size_t width = kGroup<kLanes<double>> * static_cast<size_t>(kLanes<double>);
     s.data = size_t{2} << order;
     s.group = (2 * width) << s.columnOrder;
-    s.twiddles = 2 * width * ((size_t{1} << s.stepOrder) + (size_t{1} << (s.columnOrder - s.stepOrder)));
+    s.twiddles = 2 * width * ((size_t{1} << s.stepOrder) + (size_t{2} << (s.columnOrder - s.stepOrder)));
     s.total = s.data + 2 * s.group + s.twiddles;
     return s;
 }
 
-inline Complex<double> rootAt(const SplitRoots& roots, size_t k) {
+// A root of unity, or the numbers of several: the sum of a coarse root and a part that is small where the
+// fine angle is, so that the sum is rounded almost as if it were the only operation.
+template <class V>
+struct RootParts {
+    Complex<V> coarse, rest;
+};
+
+// coarse + rest turned by a fine angle, whose root less 1 is `fine`.
+template <class V>
+ZPP_INLINE RootParts<V> turned(RootParts<V> w, Complex<V> fine) {
+    const Complex<V> c = w.coarse;
+    return {c,
+            {mulSubFrom(c.im, fine.im, mulAdd(c.re, fine.re, w.rest.re)),
+             mulAdd(c.im, fine.re, mulAdd(c.re, fine.im, w.rest.im))}};
+}
+
+template <class V>
+ZPP_INLINE Complex<V> sum(RootParts<V> w) {
+    return w.coarse + w.rest;
+}
+
+// A coarse root for all lanes: that of index k, whatever its fine angle.
+template <class V>
+ZPP_INLINE RootParts<V> coarseRoot(const SplitRoots& roots, size_t k) {
+    const double* c = roots.coarse + 4 * (k >> roots.fineOrder);
+    return {{broadcast<V>(c[0]), broadcast<V>(c[1])}, {broadcast<V>(c[2]), broadcast<V>(c[3])}};
+}
+
+// The root k, of the whole turn.
+inline RootParts<double> rootAt(const SplitRoots& roots, size_t k) {
     const double* fine = roots.fine + 2 * (k & ((size_t{1} << roots.fineOrder) - 1));
-    const double* coarse = roots.coarse + 2 * (k >> roots.fineOrder);
-    return twiddled(Complex<double>{fine[0], fine[1]}, Complex<double>{coarse[0], coarse[1]});
+    return turned<double>(coarseRoot<double>(roots, k & ((size_t{1} << roots.order) - 1)),
+                          {fine[0], fine[1]});
 }
 
 // The roots k .. k + W - 1, k being a multiple of W, in the lanes of blocks of either order.
-template <int W, bool kComplexOrder>
-ZPP_INLINE Complex<Vec<double, W>> rootsAt(const SplitRoots& roots, size_t k) {
-    using V = Vec<double, W>;
-    const double* coarse = roots.coarse + 2 * (k >> roots.fineOrder);
+template <bool kComplexOrder, class V>
+ZPP_INLINE Complex<V> rootsAt(const SplitRoots& roots, RootParts<V> coarse, size_t k) {
+    constexpr int W = sizeof(V) / sizeof(double);
     Complex<V> fine = loadComplex<W>(roots.fine + 2 * (k & ((size_t{1} << roots.fineOrder) - 1)));
     if constexpr (!kComplexOrder) fine = {naturalOrder(fine.re), naturalOrder(fine.im)};
-    return twiddled(fine, Complex<V>{broadcast<V>(coarse[0]), broadcast<V>(coarse[1])});
+    return sum(turned(coarse, fine));
 }
 
-// The twiddles of W columns: out[i] = w^(column i) for i < 2^stepOrder, then w^(column 2^stepOrder i).
+// The twiddles of W columns are those of the middle row of each step, in two parts, turned by the angle from
+// the middle row. out[i] = w^(column (i - 2^stepOrder / 2)) - 1 for i < 2^stepOrder, then two blocks for each
+// step.
 template <int W, bool kComplexOrder>
 inline void columnTwiddles(const SplitRoots& roots, const LargeScratch& s, size_t column, Blocks<W> out) {
-    const size_t steps = size_t{1} << s.stepOrder;
-    const size_t count = steps + (size_t{1} << (s.columnOrder - s.stepOrder));
-    for (size_t i = 0; i < count; ++i) {
-        const size_t row = i < steps ? i : (i - steps) << s.stepOrder;
-        double* p = out.from(i).p;
-        for (int l = 0; l < W; ++l) {
-            const size_t n2 = column + static_cast<size_t>(elementOfLane(W, l, kComplexOrder));
-            const Complex<double> w = rootAt(roots, n2 * row);
-            p[l] = w.re;
-            p[W + l] = w.im;
+    const size_t stepRows = size_t{1} << s.stepOrder, rows = size_t{1} << s.columnOrder;
+    double* steps = out.from(stepRows).p;
+    for (size_t l = 0; l < W; ++l) {
+        const size_t n2 = column + static_cast<size_t>(elementOfLane(W, static_cast<int>(l), kComplexOrder));
+        double* p = out.p + l;
+        for (size_t i = 0; i < stepRows; ++i, p += 2 * W) {
+            const RootParts<double> w = rootAt(roots, n2 * (i - stepRows / 2));
+            p[0] = (w.coarse.re - 1) + w.rest.re;
+            p[W] = w.coarse.im + w.rest.im;
+        }
+        p = steps + l;
+        for (size_t row = stepRows / 2; row < rows; row += stepRows, p += 4 * W) {
+            const RootParts<double> w = rootAt(roots, n2 * row);
+            const Complex<double> v = sum(w);
+            p[0] = v.re, p[W] = v.im;
+            p[2 * W] = w.rest.re - (v.re - w.coarse.re);
+            p[3 * W] = w.rest.im - (v.im - w.coarse.im);
         }
     }
 }
@@ -92,18 +129,19 @@ inline void columnTwiddles(const SplitRoots& roots, const LargeScratch& s, size_
 template <int W, bool kComplexOrder, class Data>
 inline void putColumns(Blocks<W> group, Data data, Blocks<W> twiddles, const SplitRoots& roots,
                        const LargeScratch& s, size_t first) {
-    const size_t n1 = size_t{1} << s.columnOrder;
-    const size_t stepMask = (size_t{1} << s.stepOrder) - 1;
+    using V = typename Blocks<W>::V;
+    const size_t n1 = size_t{1} << s.columnOrder, stepRows = size_t{1} << s.stepOrder;
     for (size_t q = 0; q < kGroup<W>; ++q) {
         const size_t column = first + q * W;
         columnTwiddles<W, kComplexOrder>(roots, s, column, twiddles);
         for (size_t row = 0; row < n1; row += W) {
-            const auto step = twiddles.load(stepMask + 1 + (row >> s.stepOrder));
-            Complex<typename Blocks<W>::V> x[W];
+            const Blocks<W> step = twiddles.from(stepRows + 2 * (row >> s.stepOrder));
+            const RootParts<V> middle = {step.load(0), step.load(1)};
+            Complex<V> x[W];
 #pragma GCC unroll 8
             for (size_t k = 0; k < W; ++k)
                 x[k] = twiddled(group.load((row + k) * kGroup<W> + q),
-                                twiddled(step, twiddles.load((row + k) & stepMask)));
+                                sum(turned(middle, twiddles.load((row + k) & (stepRows - 1)))));
             transposeBlocks<kComplexOrder>(x);
 #pragma GCC unroll 8
             for (size_t j = 0; j < W; ++j) data.store(((column + j) * n1 + row) / W, x[j]);
@@ -189,7 +227,8 @@ inline void hugeTransform(In in, Out out, int order, double* work, const FftTabl
     for (size_t i = 0; i < blocks; ++i) {
         const auto a = in.load(i), b = in.load(i + blocks);
         out.store(i, a + b);
-        out.store(i + blocks, twiddled(a - b, rootsAt<W, In::kComplexOrder>(roots, i * W)));
+        out.store(i + blocks, twiddled(a - b, rootsAt<In::kComplexOrder>(
+                                                  roots, coarseRoot<typename In::V>(roots, i * W), i * W)));
     }
     hugeTransform(out, out, order - 1, work, tables, scale);
     hugeTransform(out.from(blocks), out.from(blocks), order - 1, work, tables, scale);

@@ -1,4 +1,5 @@
-// Roots of unity to 0.51 units of the last place: the source of all twiddle tables.
+// Roots of unity, rounded once from extended precision: the source of all twiddle tables. The x87 unit must
+// be set to it (ExtendedPrecision) while roots are made and asked for.
 #pragma once
 
 #include <math.h>
@@ -29,31 +30,46 @@ class Roots {
     bool allocated() const { return table_ != nullptr; }
 
     // exp(-2 pi i k / 2^length), for length not above the order (or 3).
-    Complex<double> at(uint64_t k, int length) const {
-        const uint64_t quarter = uint64_t{1} << (order_ - 2);
-        const uint64_t turn = (k << (order_ - length)) & (4 * quarter - 1);
-        const uint64_t inQuadrant = turn & (quarter - 1);
-        const bool mirrored = inQuadrant > quarter / 2;
-        Entry e = octant(static_cast<size_t>(mirrored ? quarter - inQuadrant : inQuadrant));
-        if (mirrored) e = {e.sine, e.cosine};
-        const double c = static_cast<double>(e.cosine);
-        const double s = static_cast<double>(e.sine);
-        switch (turn / quarter) {
-            case 0:
-                return {c, -s};
-            case 1:
-                return {-s, -c};
-            case 2:
-                return {-c, s};
-            default:
-                return {s, c};
-        }
+    Complex<double> at(uint64_t k, int length) const { return rounded(exact(k, length)); }
+    // What at() differs from the root by.
+    Complex<double> rest(uint64_t k, int length) const {
+        const Complex<long double> w = exact(k, length);
+        const Complex<double> v = rounded(w);
+        return rounded({w.re - v.re, w.im - v.im});
+    }
+    // The root less 1, as exact where k is small.
+    Complex<double> lessOne(uint64_t k, int length) const {
+        const Complex<long double> w = exact(k, length);
+        return rounded({-w.im * w.im / (1 + w.re), w.im});
     }
 
   private:
     struct Entry {
         long double cosine, sine;
     };
+
+    static Complex<double> rounded(Complex<long double> w) {
+        return {static_cast<double>(w.re), static_cast<double>(w.im)};
+    }
+
+    Complex<long double> exact(uint64_t k, int length) const {
+        const uint64_t quarter = uint64_t{1} << (order_ - 2);
+        const uint64_t turn = (k << (order_ - length)) & (4 * quarter - 1);
+        const uint64_t inQuadrant = turn & (quarter - 1);
+        const bool mirrored = inQuadrant > quarter / 2;
+        Entry e = octant(static_cast<size_t>(mirrored ? quarter - inQuadrant : inQuadrant));
+        if (mirrored) e = {e.sine, e.cosine};
+        switch (turn / quarter) {
+            case 0:
+                return {e.cosine, -e.sine};
+            case 1:
+                return {-e.sine, -e.cosine};
+            case 2:
+                return {-e.cosine, e.sine};
+            default:
+                return {e.sine, e.cosine};
+        }
+    }
 
     Entry entry(size_t k) const {
         const long double turn = 6.283185307179586476925286766559005768L;

@@ -8,13 +8,13 @@ namespace zpp::ZPP_ISA {
 namespace {
 
 // What the orders 0 to 3 need instead of tables: the first tables of orders 2 and 3 for vectors of two, which
-// is what they run in where there are vectors, and the roots of order 3 as pairs. The signs of the zeros are
-// those of the tables.
+// is what they run in where there are vectors, and the first quarter of the roots of order 3. The signs of
+// the zeros are those of the tables.
 constexpr int kMaxOrderWithoutTables = 3;
 constexpr double kHalfRoot = 0.70710678118654752440;
 constexpr double kFirstOf4[] = {1, -0.0, -0.0, -1};
 constexpr double kFirstOf8[] = {1, kHalfRoot, -0.0, -kHalfRoot, -0.0, -kHalfRoot, -1, -kHalfRoot};
-constexpr double kRootsOf8[] = {1, -0.0, kHalfRoot, -kHalfRoot, -0.0, -1, -kHalfRoot, -kHalfRoot};
+constexpr double kRootsOf8[] = {1, -0.0, kHalfRoot, -kHalfRoot};
 
 inline void put(double* p, Complex<double> w) {
     p[0] = w.re;
@@ -55,16 +55,26 @@ double* passTable(Areas& areas, const Roots* roots, int order) {
     return table;
 }
 
+SplitRoots wholeTable(Areas& areas, const Roots* roots, int order) {
+    if (order <= kMaxOrderWithoutTables) return {order, order, kRootsOf8, nullptr};
+    const size_t count = size_t{1} << (order - 2);
+    double* table = areas.take<double>(2 * count);
+    for (size_t i = 0; roots != nullptr && i < count; ++i) put(table + 2 * i, roots->at(i, order));
+    return {order, order, table, nullptr};
+}
+
+// The fine part is at least one vector long. Small fine angles cost memory and gain accuracy: see turned().
 SplitRoots splitTable(Areas& areas, const Roots* roots, int order) {
-    if (order <= kMaxOrderWithoutTables) return {order, kMaxOrderWithoutTables, kRootsOf8, kRootsOf8};
-    const int fineOrder = order / 2 < 3 ? 3 : order / 2;  // at least one vector long
-    const size_t fine = size_t{1} << fineOrder;
-    const size_t coarse = order > fineOrder ? size_t{1} << (order - fineOrder) : 1;
+    const int fineOrder = order / 2 - 2 < 3 ? 3 : order / 2 - 2;
+    const size_t fine = size_t{1} << fineOrder, coarse = size_t{1} << (order - fineOrder);
     double* finePart = areas.take<double>(2 * fine);
-    double* coarsePart = areas.take<double>(2 * coarse);
+    double* coarsePart = areas.take<double>(4 * coarse);
     if (roots != nullptr) {
-        for (size_t i = 0; i < fine; ++i) put(finePart + 2 * i, roots->at(i, order));
-        for (size_t i = 0; i < coarse; ++i) put(coarsePart + 2 * i, roots->at(i << fineOrder, order));
+        for (size_t i = 0; i < fine; ++i) put(finePart + 2 * i, roots->lessOne(i, order));
+        for (size_t i = 0; i < coarse; ++i) {
+            put(coarsePart + 4 * i, roots->at(i << fineOrder, order));
+            put(coarsePart + 4 * i + 2, roots->rest(i << fineOrder, order));
+        }
     }
     return {order, fineOrder, finePart, coarsePart};
 }
@@ -96,7 +106,8 @@ auto tablesOf(const Roots* roots) {
         const bool real = spec.id == kRealSpec;
         const int complexOrder = real && spec.order > 0 ? spec.order - 1 : spec.order;
         spec.complex = complexTables(areas, roots, complexOrder, spec.id != kSplitSpec);
-        if (real) spec.real = splitTable(areas, roots, spec.order);
+        if (real)
+            spec.real = (spec.order <= kMaxWholeOrder ? wholeTable : splitTable)(areas, roots, spec.order);
     };
 }
 
@@ -122,6 +133,7 @@ bool setNormalisation(ZppsFFTSpec& spec, int flag) {
 // False where memory is short.
 bool fillTables(ZppsFFTSpec* spec) {
     if (spec->order <= kMaxOrderWithoutTables) return true;
+    const ExtendedPrecision precision;
     const Roots roots(spec->order);
     if (!roots.allocated()) return false;
     placeObject(*spec, kBlockAlignment, spec, tablesOf(&roots));

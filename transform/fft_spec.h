@@ -8,8 +8,10 @@
 // The body of a specification is the same type in all ISA builds, and so are its parts.
 namespace zpp {
 
-// Roots of unity exp(-2 pi i k / 2^order) as products of two table entries: fine[k % 2^fineOrder] and
-// coarse[k >> fineOrder], pairs (re, im).
+// Roots of unity exp(-2 pi i k / 2^order), made as they are needed (fft_large.h): the root of index
+// k >> fineOrder in `coarse`, of four numbers (re, im, and what their rounding left), is turned by the fine
+// angle of k % 2^fineOrder, whose root less 1 is the pair in `fine`. With fineOrder == order, `fine` holds
+// the roots of the first quarter turn themselves.
 struct SplitRoots {
     int order;
     int fineOrder;
@@ -52,11 +54,14 @@ inline constexpr int kMaxPlainOrder = 15;
 #define ZPP_FFT_MAX_BUFFER_ORDER 26
 #endif
 inline constexpr int kMaxBufferOrder = ZPP_FFT_MAX_BUFFER_ORDER;
+// Up to this order the recombination of the real transforms has its roots whole: 16 KiB.
+inline constexpr int kMaxWholeOrder = 12;
 // Up to this order the work buffer is on the stack: 8 KiB.
 inline constexpr int kMaxStackOrder = 9;
 // Passes over at least this many blocks have radix 8, others radix 4. With 16 registers radix 8 spills and is
 // slower (by a tenth at 256 to 2048 elements).
 inline constexpr size_t kRadix8From = kLanes<double> >= 8 ? 64 : SIZE_MAX;
+
 // The vectors that a transform of an order runs in: the widest whose first pass fits the length.
 constexpr int transformWidth(int order) {
     int width = kLanes<double>;
