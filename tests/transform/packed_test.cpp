@@ -67,7 +67,7 @@ TEST_P(Packed, ExpandsSpectra) {
     for (const auto& c : kExpansions) {
         for (const int len : awkwardLengths()) {
             const auto n = static_cast<std::size_t>(len);
-            const auto spectrum = random.reals(packedSize(c.layout, n));
+            const auto spectrum = random.reals(sizeIn(c.layout, n));
             const auto expected = unpacked(c.layout, spectrum.data(), n);
             Guarded<double> src(spectrum);
             // A CCS spectrum of one or two elements is longer than its expansion: behind it in the same
