@@ -170,7 +170,7 @@ struct Example {
 };
 
 // Numbers of so few bits that the mean of two is exact.
-double coarse(long double x) { return static_cast<double>(std::ldexp(std::rint(std::ldexp(x, 40)), -40)); }
+double coarse(long double x) { return static_cast<double>(std::ldexp(std::rint(std::ldexp(x, 49)), -49)); }
 
 const Example& example(int order, int data) {
     static std::map<std::pair<int, int>, Example> made;
@@ -287,6 +287,32 @@ TEST_P(Fft, LongTransforms) {
 }
 
 TEST(HugeFft, LongTransforms) { expectAccurate(kHugeTransforms, {{18, kFlat}, {19, kRandom}, {20, kLast}}); }
+
+// An impulse early in the signal meets but one twiddle on the way to the first results, which are the roots
+// of unity then. Their parts are rounded once, from at least three more bits.
+void expectRoots(const Transform& t, int order, std::size_t at, std::size_t count) {
+    Elements in(std::size_t{1} << order);
+    in[at].re = 1;
+    const auto result = run(t, in, Spec(t.kind, order), nullptr, false);
+    long double worst = 0;
+    for (std::size_t k = 0; k < count; ++k) {
+        const Exact error = root(at * k & (in.size() - 1), order) - Exact{result[k].re, result[k].im};
+        worst = std::max({worst, std::abs(error.real()), std::abs(error.imag())});
+    }
+    EXPECT_LE(worst, 0.65L * 0x1p-53L) << t.name << " " << order << ", impulse at " << at;
+}
+
+TEST_P(Fft, RoundsTwiddlesOnce) {
+    for (const Transform& t : {kTransforms[0], kTransforms[2], kTransforms[8]})
+        for (int order = t.real() ? 4 : 16; order <= 19; ++order)
+            for (const std::size_t at : {1, t.real() ? 1 : (1 << order / 2) - 1})
+                expectRoots(t, order, at, std::size_t{1} << (t.real() ? order - 1 : order - order / 2));
+}
+
+TEST(HugeFft, RoundsTwiddlesOnce) {
+    for (const Transform& t : {kHugeTransforms[0], kHugeTransforms[2]})
+        for (const std::size_t at : {0x55555, 0x7FFFF}) expectRoots(t, 20, at, 2);
+}
 
 // The caller's x87 unit rounds to 53 or 24 bits: the results are those that there are at 64, its word stays.
 TEST_P(Fft, ComputesWithTheBitsOfDoubles) {
