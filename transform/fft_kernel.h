@@ -5,8 +5,12 @@
 // of a block to be neighbours of one transform runs a first pass with the radix of the vector, which
 // transposes in registers (firstPass); in the four-step scheme they are columns of their own.
 //
-// Worst errors met in any build, relative to the largest result: 4.6e-16 for random signals of up to 2^18
-// elements, 7.1e-16 for signals of three impulses of up to 2^20.
+// The promise of (1 + order) 2^-52 of the largest result: a value on its way is a mean of results with other
+// signs and phases, so never above the largest of them. Each of the `order` halvings of the length rounds its
+// values anew, with errors that differ in sign: together 0.65 sqrt(order) 2^-53 in the root mean square,
+// where all results are as large. The largest of 2^order such errors is above that by sqrt(2 ln 2^order),
+// which makes it linear in the order: measured (bench/accuracy) are 12.5 2^-53 at order 16 and 16.2 2^-53 at
+// order 22, for the inverse of the real transform with results of one magnitude and random sign.
 #pragma once
 
 #include "transform/fft_spec.h"

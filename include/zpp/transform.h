@@ -41,7 +41,12 @@ ZPP_EXPORT(ZppStatus, zppsFFTGetBufSize_R_64f, (const ZppsFFTSpec* pSpec, int* p
  * multiplied by the factor that the flag of pSpec sets for the direction, if any. pBuffer is a work
  * buffer of the size that zppsFFTGetBufSize gives, at any address, or null: then, where one is needed, it is
  * allocated for the call. Source and destination may be the same array (for two arrays: both the same), with
- * the same result. The error is below 1e-15 of the largest result; it differs a little between the columns.
+ * the same result. The results differ a little between the columns, and not with the state of the x87 unit.
+ *
+ * Where nothing overflows or becomes subnormal, the error of each result is below (1 + order) 2^-52 of the
+ * largest exact result: about a third of it is met where all results are of one magnitude and random phase or
+ * sign, less for impulses, a tenth for random signals. The root mean square of the errors is about
+ * 0.65 sqrt(order) 2^-53 of that of the results.
  *
  * Returned, in this order of checks: -8 pSpec null; -17 a specification of another kind; -8 a null data
  * pointer; -9 no memory for the work buffer. */

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
+#include <vector>
 
 namespace zpp::test {
 
@@ -34,6 +36,13 @@ inline bool loadsAreExact() {
     std::uint64_t bits;
     __builtin_memcpy(&bits, &y, sizeof bits);
     return (bits & 1) != 0;
+}
+
+// The words that functions are called with: the caller's may be any of them.
+inline std::vector<std::uint16_t> x87Words() {
+    if (loadsAreExact()) return {0x37F, 0x27F, 0x07F};
+    std::puts("not at 24 bits: this x87 unit rounds what it loads, as an emulated one does");
+    return {0x37F, 0x27F};
 }
 
 }  // namespace zpp::test

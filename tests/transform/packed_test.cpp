@@ -3,6 +3,7 @@
 #include "tests/support/guarded.h"
 #include "tests/support/random.h"
 #include "tests/support/rounded.h"
+#include "tests/support/x87.h"
 #include "tests/transform/packed_support.h"
 
 namespace zpp::test {
@@ -28,26 +29,29 @@ const struct {
 };
 
 TEST_P(Packed, MultipliesSpectra) {
-    Random random(1);
-    for (const auto& c : kProducts) {
-        for (const int len : awkwardLengths()) {
-            const auto n = static_cast<std::size_t>(len);
-            const double unit = len % 2 == 0 ? 1 : 0x1p-511;  // for products at the lower end of the range
-            const auto a = random.reals(n, -unit, unit), b = random.reals(n, -unit, unit);
-            auto products = unpacked(c.layout, a.data(), n);
-            const auto factors = unpacked(c.layout, b.data(), n);
-            for (std::size_t k = 0; k < n; ++k) products[k] = c.expected(products[k], factors[k]);
-            const auto expected = packed(c.layout, products);
-            Guarded<double> src1(a), src2(b), dst(n);
-            if (c.call != nullptr) {
-                EXPECT_EQ(c.call(src1, src2, dst, len), zppStatusOk) << c.name;
-                EXPECT_TRUE(sameBits(expected, dst.values()) && dst.intact()) << c.name << " " << len;
+    for (const std::uint16_t word : x87Words()) {
+        Random random(1);
+        for (const auto& c : kProducts)
+            for (const int len : awkwardLengths()) {
+                const auto n = static_cast<std::size_t>(len);
+                const double unit = len % 2 == 0 ? 1 : 0x1p-511;  // products at the lower end of the range
+                const auto a = random.reals(n, -unit, unit), b = random.reals(n, -unit, unit);
+                auto products = unpacked(c.layout, a.data(), n);
+                const auto factors = unpacked(c.layout, b.data(), n);
+                for (std::size_t k = 0; k < n; ++k) products[k] = c.expected(products[k], factors[k]);
+                const auto expected = packed(c.layout, products);
+                Guarded<double> src1(a), src2(b), dst(n);
+                const X87ControlWord narrow(word);
+                if (c.call != nullptr) {
+                    EXPECT_EQ(c.call(src1, src2, dst, len), zppStatusOk) << c.name;
+                    EXPECT_TRUE(sameBits(expected, dst.values()) && dst.intact()) << c.name << " " << len;
+                }
+                EXPECT_EQ(c.inPlace(src1, src2, len), zppStatusOk) << c.name;
+                EXPECT_TRUE(sameBits(expected, src2.values()) && src2.intact()) << c.name << " " << len;
+                EXPECT_EQ(x87ControlWord(), word) << c.name;
             }
-            EXPECT_EQ(c.inPlace(src1, src2, len), zppStatusOk) << c.name;
-            EXPECT_TRUE(sameBits(expected, src2.values()) && src2.intact()) << c.name << " " << len;
-        }
-        EXPECT_EQ(c.inPlace(nullptr, nullptr, 0), zppStatusNullPointer) << c.name;
     }
+    for (const auto& c : kProducts) EXPECT_EQ(c.inPlace(nullptr, nullptr, 0), zppStatusNullPointer) << c.name;
 }
 
 const struct {
