@@ -9,6 +9,7 @@
 #include "tests/support/heap.h"
 #include "tests/support/random.h"
 #include "tests/support/x87.h"
+#include "tests/transform/fft_support.h"
 #include "tests/transform/packed_support.h"
 
 // The transforms once more, as an ISA build of the test's own in which orders from 18 on take the way of
@@ -27,38 +28,7 @@ using Elements = std::vector<Zpp64fc>;
 class Fft : public BoundTest {};
 ZPP_FOR_ALL_BINDINGS(Fft);
 
-// The functions of a kind of specification.
-struct Kind {
-    ZppStatus (*init)(ZppsFFTSpec**, int order, int flag, int hint);
-    ZppStatus (*free)(ZppsFFTSpec*);
-    ZppStatus (*bufSize)(const ZppsFFTSpec*, int*);
-    const char* name;
-    int lastWithoutBuffer;
-};
-#define KIND(space, type) \
-    space::zppsFFTInitAlloc_##type, space::zppsFFTFree_##type, space::zppsFFTGetBufSize_##type, #type
-#define KINDS(space)                                                                  \
-    {                                                                                 \
-        {KIND(space, C_64fc), 9}, {KIND(space, C_64f), 9}, { KIND(space, R_64f), 10 } \
-    }
-const Kind kKinds[] = KINDS(), kHugeKinds[] = KINDS(huge_fft);
-
-class Spec {
-  public:
-    Spec(const Kind& kind, int order, int flag = 8) : kind_(kind) {
-        EXPECT_EQ(kind.init(&spec_, order, flag, 0), zppStatusOk);
-        EXPECT_EQ(kind.bufSize(spec_, &bufSize_), zppStatusOk);
-    }
-    Spec(const Spec&) = delete;
-    ~Spec() { EXPECT_EQ(kind_.free(spec_), zppStatusOk); }
-    operator ZppsFFTSpec*() const { return spec_; }
-    std::size_t bufSize() const { return static_cast<std::size_t>(bufSize_); }
-
-  private:
-    const Kind& kind_;
-    ZppsFFTSpec* spec_ = nullptr;
-    int bufSize_ = -1;
-};
+const Kind kHugeKinds[] = ZPP_FFT_KINDS(huge_fft);
 
 // A transform from one or two arrays to as many.
 struct Transform {
@@ -326,32 +296,6 @@ TEST_P(Fft, ComputesWithTheBitsOfDoubles) {
                 EXPECT_EQ(x87ControlWord(), word) << t.name;
                 EXPECT_TRUE(sameBits(expected, result)) << t.name << " " << order;
             }
-}
-
-TEST_P(Fft, ChecksSpecifications) {
-    const long blocks = liveBlocks();
-    for (const Kind& kind : kKinds) {
-        int object;
-        ZppsFFTSpec* const unset = reinterpret_cast<ZppsFFTSpec*>(&object);
-        ZppsFFTSpec* spec = unset;
-        EXPECT_EQ(kind.init(nullptr, 31, 0, 0), zppStatusNullPointer);
-        EXPECT_EQ(kind.init(&spec, 31, 0, 0), zppStatusFftOrder);
-        for (const int flag : {0, 3, 5, 6, 7, 16, -1})
-            EXPECT_EQ(kind.init(&spec, 5, flag, 0), zppStatusFftFlag);
-        EXPECT_EQ(spec, unset);
-        for (int order = 0; order <= 30; ++order) {
-            const Spec made(kind, order);
-            int size = -1;
-            EXPECT_EQ(made.bufSize() > 0, order > kind.lastWithoutBuffer) << kind.name << " " << order;
-            for (const Kind& other : kKinds)
-                if (other.init != kind.init) {
-                    EXPECT_EQ(other.free(made), zppStatusContextMismatch);
-                    EXPECT_EQ(other.bufSize(made, &size), zppStatusContextMismatch);
-                }
-            EXPECT_EQ(size, -1);
-        }
-        EXPECT_EQ(liveBlocks(), blocks) << kind.name;
-    }
 }
 
 TEST_P(Fft, ChecksTransforms) {
