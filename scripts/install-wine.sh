@@ -9,7 +9,7 @@ wine32_packages=(wine32 libwine libunwind8 liblzma5 libx11-6 libxext6 libxcb1 li
 unpack_wine32() {
     local root=$PWD/build/wine/unpacked packages=$PWD/build/wine/packages
     install_packages libc6-i386 libz-mingw-w64 || return 1
-    rm -rf "$root" "$packages"
+    rm -rf "$root" "$root.part" "$packages"
     mkdir -p "$packages"
     (cd "$packages" && apt-get -qq download "${wine32_packages[@]/%/:i386}") || return 1
     local package
@@ -17,6 +17,9 @@ unpack_wine32() {
         dpkg -x "$package" "$root.part" || return 1
     done
     rm -rf "$packages"
+    # Debian's script looks for the server below /usr/lib/wine, where one is only if 64-bit Wine is installed.
+    # shellcheck disable=SC2016 # for the script that is written
+    printf '#!/bin/sh\nexec "${0%%/*}/wineserver32" -p0 "$@"\n' >"$root.part/usr/lib/wine/wineserver" || return 1
     mv "$root.part" "$root"
 }
 
