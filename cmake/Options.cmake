@@ -29,7 +29,7 @@ set(CMAKE_INTERPROCEDURAL_OPTIMIZATION OFF)
 add_library(zpp_options INTERFACE)
 target_compile_options(zpp_options INTERFACE
     $<$<AND:$<COMPILE_LANGUAGE:CXX>,$<BOOL:${ZPP_OPTIMIZE}>>:-O2>
-    $<$<COMPILE_LANGUAGE:CXX>:-fno-fast-math -fno-unsafe-math-optimizations -fno-lto>
+    $<$<COMPILE_LANGUAGE:CXX>:-fno-fast-math -fno-lto>
     $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>
     $<$<COMPILE_LANGUAGE:CXX>:-ffp-contract=off -fno-trapping-math -fno-math-errno>
     $<$<COMPILE_LANGUAGE:CXX>:-fno-tree-vectorize -fno-tree-slp-vectorize>

@@ -2,9 +2,9 @@
 """Counts the tests of a run: count-tests.py [--skipped="TARGET: REASON"] BUILD_DIRECTORY...
 
 Reads ctest.xml (from ctest --output-junit) and the results that GoogleTest wrote beside the tests, tests/NAME.xml for
-the ctest entry NAME, of each directory; prints a table by target, run, and column and ISA build (of entries without
+the ctest entry NAME, of each directory (the parts unit.1, unit.2 and so on are one run); prints a table by target, run, and column and ISA build (of entries without
 such results, their kind), and as the last line the sum of all, in which a skipped target counts as one test. Exits with
-1 where a test failed, or where a directory has no result of ctest or of the entry "unit".
+1 where a test failed, or where a directory has no result of ctest or of a unit test.
 """
 import collections
 import pathlib
@@ -52,12 +52,12 @@ def main(arguments):
         ctest, runs = directory / "ctest.xml", sorted(directory.glob("tests/*.xml"))
         if not ctest.exists() and not runs:
             continue  # a build without tests
-        for path in (directory / "tests/unit.xml", ctest):
+        for path in (directory / "tests/unit.1.xml", ctest):
             if not path.exists():
                 print(f"{path}: no result")
                 complete = False
         for run in runs:
-            read(run, rows, lambda case: (directory.name, run.stem, binding(case)))
+            read(run, rows, lambda case: (directory.name, re.sub(r"^unit\.\d+$", "unit", run.stem), binding(case)))
         if ctest.exists():
             read(ctest, rows, lambda case: (directory.name, "ctest", re.split(r"[._]", case.get("name"))[0]),
                  [run.stem for run in runs])

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by the other scripts: install_packages installs those of the named Debian or Ubuntu packages that are missing,
 # without asking. A name may carry an architecture (libc6-dev:i386), which is added to the machine's where it is new.
 

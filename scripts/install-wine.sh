@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by the other scripts, after install-packages.sh: install_wine i686|x86_64 brings what scripts/wine.sh needs,
 # or says why it cannot.
 
@@ -18,7 +19,6 @@ unpack_wine32() {
     done
     rm -rf "$packages"
     # Debian's script looks for the server below /usr/lib/wine, where one is only if 64-bit Wine is installed.
-    # shellcheck disable=SC2016 # for the script that is written
     printf '#!/bin/sh\nexec "${0%%/*}/wineserver32" -p0 "$@"\n' >"$root.part/usr/lib/wine/wineserver" || return 1
     mv "$root.part" "$root"
 }

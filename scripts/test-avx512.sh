@@ -2,7 +2,7 @@
 # Runs the unit tests, or zpp-check, with the AVX-512 build on a machine that has no AVX-512: Debian's Linux, started in
 # the emulator Bochs. Installs what it needs (Debian 12, 64 bits) and writes to build/ only. Slow: see CONTRIBUTING.md.
 set -uo pipefail
-cd "$(dirname "$0")/.."
+cd "$(dirname "$0")/.." || exit 1
 source scripts/install-packages.sh
 
 usage() {

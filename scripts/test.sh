@@ -1,29 +1,47 @@
 #!/bin/bash
 # Builds the library for every target and runs all tests: Linux and Windows (in Wine), 64 and 32 bits, then 64 bits of
-# Linux under AddressSanitizer and UBSan. Installs what it needs (Debian, Ubuntu). The last lines count the tests.
+# Linux under AddressSanitizer and UBSan; looks at the sources with scripts/lint.sh. Installs what it needs (Debian,
+# Ubuntu). The last lines say how long each stage took and count the tests.
 set -uo pipefail
-cd "$(dirname "$0")/.."
+cd "$(dirname "$0")/.." || exit 1
 source scripts/install-packages.sh
 source scripts/install-wine.sh
-install_packages g++ g++-multilib g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix cmake ninja-build pkg-config \
-    libgtest-dev python3 binutils qemu-user valgrind xvfb xauth libsndfile1-dev libcairo2-dev || exit 1
 
-presets=(linux-x86_64 linux-i386 windows-x86_64 windows-i686 linux-x86_64-sanitize)
+# stage NAME COMMAND...: runs the command and notes how long it took.
+times=()
+stage() {
+    local name=$1 start=$SECONDS status=0
+    shift
+    "$@" || status=$?
+    times+=("$(printf '%-36s %4d s' "$name" $((SECONDS - start)))")
+    return $status
+}
+
+stage "packages" install_packages g++ g++-multilib g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix cmake \
+    ninja-build pkg-config libgtest-dev python3 binutils qemu-user valgrind xvfb xauth libsndfile1-dev libcairo2-dev ||
+    exit 1
+
+# 32-bit Wine first: it must not need the 64-bit one.
+presets=(linux-x86_64 linux-i386 windows-i686 windows-x86_64 linux-x86_64-sanitize)
 failed=0
 ran=()
 skipped=()
 for preset in "${presets[@]}"; do
     echo "== $preset"
     rm -f "build/$preset"/ctest.xml "build/$preset"/tests/*.xml
-    cmake --preset "$preset" -DZPP_BUILD_EXAMPLES=ON -DZPP_WARNINGS_AS_ERRORS=ON >/dev/null &&
-        cmake --build --preset "$preset" || { failed=1; continue; }
-    if [[ $preset = windows-* ]] && ! install_wine "${preset#windows-}"; then
+    stage "$preset: configure" cmake --preset "$preset" \
+        -DZPP_BUILD_EXAMPLES=ON -DZPP_WARNINGS_AS_ERRORS=ON >/dev/null &&
+        stage "$preset: build" cmake --build --preset "$preset" || { failed=1; continue; }
+    if [[ $preset = windows-* ]] && ! stage "$preset: Wine" install_wine "${preset#windows-}"; then
         skipped+=("--skipped=$preset: built, but there is no Wine here to run it in")
         continue
     fi
-    ctest --preset "$preset" --parallel "$(nproc)" --output-junit "$PWD/build/$preset/ctest.xml" || failed=1
+    stage "$preset: tests" ctest --preset "$preset" --parallel "$(nproc)" \
+        --output-junit "$PWD/build/$preset/ctest.xml" || failed=1
     ran+=("$preset")
 done
+echo "== lint"
+stage "lint" scripts/lint.sh || failed=1
 
 digest() {
     case $1 in
@@ -38,5 +56,6 @@ if [ "$(sort -u <<<"$digests" | wc -l)" != 1 ] || [ "$(wc -l <<<"$digests")" != 
     echo "the targets compute different results"
     failed=1
 fi
+printf '%s\n' "${times[@]}" "$(printf '%-36s %4d s' "all" $SECONDS)"
 python3 scripts/count-tests.py "${skipped[@]}" "${ran[@]/#/build/}" || failed=1
 exit $failed
