@@ -1,5 +1,5 @@
-// Binding on ELF: a constructor, run by the dynamic loader before any function of the library can be called, or
-// at the start of a program that has the static library in it.
+// Binding on ELF: a constructor, run by the dynamic loader before any function of the library can be called,
+// or at the start of a program that has the static library in it.
 #include <stdlib.h>
 #include <string.h>
 #include <sys/mman.h>

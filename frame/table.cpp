@@ -47,7 +47,7 @@ enum Index {
 };
 
 // A cast in place, not in a function: the tables are initialised by the linker, before any constructor runs.
-#define ZPP_ENTRY(function) reinterpret_cast<Entry>(&function)
+#define ZPP_ENTRY(function) reinterpret_cast<Entry>(&(function))
 
 #define ZPP_RECORD(name, inPx, inA6, inW7) \
     {&zpp_slots[kIndex_##name], {ZPP_ENTRY(inPx::name), ZPP_ENTRY(inA6::name), ZPP_ENTRY(inW7::name)}},
