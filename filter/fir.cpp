@@ -43,7 +43,7 @@ void convertElements(const From* src, To* dst, size_t len) {
 
 template <class F>
 inline auto tapRowOf(const ZppsFIRState* state) {
-    return TapRow<typename F::Sample>{tapsOf<F>(state), 1};
+    return TapRow<typename F::Sample, false>{tapsOf<F>(state)};
 }
 
 // The delay line, moved to the start of the delay buffer.
@@ -63,7 +63,7 @@ void filterDirectly(ZppsFIRState* state, const Sample* src, Sample* dst, size_t 
     const size_t len = static_cast<size_t>(state->tapsLen);
     const size_t limit = static_cast<size_t>(state->directLimit);
     const size_t head = n < limit ? n : limit;
-    const TapRow<Sample> taps = tapRowOf<F>(state);
+    const auto taps = tapRowOf<F>(state);
     Sample* line = startDelayLine<F>(state);
     Sample* newest = line + head;
     copyElements(src, line + len, head);
@@ -134,6 +134,7 @@ ZppStatus filter(const typename F::Data* pSrc, typename F::Data* pDst, int numIt
     if (const ZppStatus error = firstError(checkPointers(pState, pSrc, pDst), checkLength(numIters)))
         return error;
     if (const ZppStatus error = checkSingleRate<F>(pState)) return error;
+    const DoublePrecision precision;
     const size_t n = static_cast<size_t>(numIters);
     if (pState->fftLen > 0 && numIters > pState->fftLen) return filterByFft<F>(pState, pSrc, pDst, n);
     return filterBlock<F>(pState, pSrc, pDst, n);
@@ -145,13 +146,16 @@ template <class F>
 ZppStatus filterOne(typename F::Data src, typename F::Data* pDstVal, ZppsFIRState* pState) {
     if (const ZppStatus error = checkPointers(pState, pDstVal)) return error;
     if (const ZppStatus error = checkSingleRate<F>(pState)) return error;
+    const DoublePrecision precision;
     const int len = pState->tapsLen;
     auto* line = delayBufferOf<F>(pState) + pState->delayPosition;
     convertElement(src, line[0]);
     line[len] = line[0];
     if (++pState->delayPosition >= len) pState->delayPosition = 0;
     const auto* window = delayBufferOf<F>(pState) + pState->delayPosition;
-    convertElement(filterWindow<false>(tapsOf<F>(pState), window, static_cast<size_t>(len)), *pDstVal);
+    typename F::Sample y;
+    filterWindow(tapRowOf<F>(pState), static_cast<size_t>(len), window, &y);
+    convertElement(y, *pDstVal);
     return zppStatusOk;
 }
 

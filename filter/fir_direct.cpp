@@ -7,65 +7,62 @@
 namespace zpp::ZPP_ISA {
 namespace {
 
-// Blocks of at least kMinBlock samples, with up to kMaxTaps<T> taps, are filtered from a copy on the stack of
-// kWindow<T> elements (16 KiB) in which history and new samples are contiguous; others sample by sample.
+// Blocks of at least kMinBlock samples are filtered from a window in which history and new samples are
+// contiguous, others sample by sample. With up to kMaxTaps<T> taps the window is on the stack (16 KiB); with
+// more it is the delay line itself, which holds everything twice.
 template <class T>
 constexpr size_t kWindow = 16384 / sizeof(T);
 template <class T>
 constexpr size_t kMaxTaps = kWindow<T> / 2;
-constexpr size_t kMinBlock = 4;
+constexpr size_t kMinBlock = 8;
 
-// The caller's delay line: 2 len elements, of which the current ones begin at *index.
+// The caller's taps and delay line: 2 len elements, of which the current ones begin at *index.
 template <class T>
-struct DelayLine {
-    T* elements;
+struct Filter {
+    const T* taps;
     size_t len;
+    T* elements;
     int* index;
 
-    const T* window() const { return elements + *index; }
+    TapRow<T, true> row() const { return {taps + len - 1}; }
 
-    void push(const T& sample) const {
+    void filterSample(const T& sample, T* dst) const {
         T* place = elements + *index;
         memcpy(place + len, &sample, sizeof sample);
         memcpy(place, &sample, sizeof sample);
         const size_t next = static_cast<size_t>(*index) + 1;
         *index = static_cast<int>(next < len ? next : 0);
+        filterWindow(row(), len, elements + *index, dst);
     }
 
-    // The state after n samples, of which the last len are given, oldest first.
-    void replace(const T* newest, size_t n) const {
+    // The window has room for `room` new samples behind the history.
+    void filterFrom(T* window, size_t room, const T* src, T* dst, size_t n) const {
+        moveElements(elements + *index, window, len);
+        for (size_t done = 0; done < n;) {
+            const size_t count = n - done < room ? n - done : room;
+            copyElements(src + done, window + len, count);
+            filterWindows(row(), len, window + 1, dst + done, count);
+            moveElements(window + count, window, len);
+            done += count;
+        }
+        replaceLine(window, n);
+    }
+
+    // The delay line after n samples, of which the last len are given, oldest first; they may stand at its start.
+    void replaceLine(const T* newest, size_t n) const {
         const size_t begin = (static_cast<size_t>(*index) + n % len) % len;
         const size_t rest = len - begin;
-        copyElements(newest, elements + begin, len);
-        copyElements(newest, elements + begin + len, rest);
-        copyElements(newest + rest, elements, begin);
+        copyElements(newest, elements + len + begin, rest);
+        copyElements(newest + rest, elements + len, begin);
+        copyElements(elements + len, elements, len);
         *index = static_cast<int>(begin);
     }
 };
 
 template <class T>
-void filterBySamples(const T* src, T* dst, size_t n, const T* taps, const DelayLine<T>& line) {
-    for (size_t i = 0; i < n; ++i) {
-        line.push(src[i]);
-        dst[i] = filterWindow<true>(taps, line.window(), line.len);
-    }
-}
-
-template <class T>
-void filterByBlocks(const T* src, T* dst, size_t n, const T* taps, const DelayLine<T>& line) {
+[[gnu::noinline]] void filterOnStack(const Filter<T>& filter, const T* src, T* dst, size_t n) {
     T window[kWindow<T>];
-    const size_t len = line.len;
-    const size_t room = kWindow<T> - len;
-    const TapRow<T> row{taps + len - 1, -1};
-    copyElements(line.window(), window, len);
-    for (size_t done = 0; done < n;) {
-        const size_t count = n - done < room ? n - done : room;
-        copyElements(src + done, window + len, count);
-        filterWindows(row, len, window + 1, dst + done, count);
-        moveElements(window + count, window, len);
-        done += count;
-    }
-    line.replace(window, n);
+    filter.filterFrom(window, kWindow<T> - filter.len, src, dst, n);
 }
 
 template <class T>
@@ -80,12 +77,15 @@ ZppStatus filterDirect(const T* pSrc, T* pDst, int numIters, const T* pTaps, int
     if (const ZppStatus error = firstError(checkVectors(numIters, pSrc, pDst),
                                            checkFilter(pTaps, tapsLen, pDlyLine, pDlyLineIndex)))
         return error;
-    const DelayLine<T> line{pDlyLine, static_cast<size_t>(tapsLen), pDlyLineIndex};
+    const DoublePrecision precision;
+    const Filter<T> filter{pTaps, static_cast<size_t>(tapsLen), pDlyLine, pDlyLineIndex};
     const size_t n = static_cast<size_t>(numIters);
-    if (n < kMinBlock || line.len > kMaxTaps<T>)
-        filterBySamples(pSrc, pDst, n, pTaps, line);
+    if (n < kMinBlock)
+        for (size_t i = 0; i < n; ++i) filter.filterSample(pSrc[i], pDst + i);
+    else if (filter.len <= kMaxTaps<T>)
+        filterOnStack(filter, pSrc, pDst, n);
     else
-        filterByBlocks(pSrc, pDst, n, pTaps, line);
+        filter.filterFrom(pDlyLine, filter.len, pSrc, pDst, n);
     return zppStatusOk;
 }
 
@@ -95,8 +95,9 @@ ZppStatus filterOneDirect(const T* pSrc, T* pDstVal, const T* pTaps, int tapsLen
     if (const ZppStatus error =
             firstError(checkPointers(pDstVal), checkFilter(pTaps, tapsLen, pDlyLine, pDlyLineIndex)))
         return error;
-    const DelayLine<T> line{pDlyLine, static_cast<size_t>(tapsLen), pDlyLineIndex};
-    filterBySamples(pSrc, pDstVal, 1, pTaps, line);
+    const DoublePrecision precision;
+    const Filter<T> filter{pTaps, static_cast<size_t>(tapsLen), pDlyLine, pDlyLineIndex};
+    filter.filterSample(*pSrc, pDstVal);
     return zppStatusOk;
 }
 
