@@ -48,7 +48,8 @@ struct Filter {
         replaceLine(window, n);
     }
 
-    // The delay line after n samples, of which the last len are given, oldest first; they may stand at its start.
+    // The delay line after n samples, of which the last len are given, oldest first; they may stand at its
+    // start.
     void replaceLine(const T* newest, size_t n) const {
         const size_t begin = (static_cast<size_t>(*index) + n % len) % len;
         const size_t rest = len - begin;

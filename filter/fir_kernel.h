@@ -1,12 +1,13 @@
 // The sums of products of the FIR filters.
 //
-// The products of an output are added in one order, which tapsLen alone decides: its bits do not depend on how
-// a signal is split, nor on the function. The taps meet the window of the output, oldest sample first. One
-// running value takes fewer than kFewTaps in turn. Of more it takes tapsLen mod kValues; the others go, in parts
-// of kPart, to kValues running values, tap k of the part to value k mod kValues, which are then added to it.
+// The products of an output are added in one order, which tapsLen alone decides: its bits do not depend on
+// how a signal is split, nor on the function. The taps meet the window of the output, oldest sample first.
+// One running value takes fewer than kFewTaps in turn. Of more it takes tapsLen mod kValues; the others go,
+// in parts of kPart, to kValues running values, tap k of the part to value k mod kValues, which are then
+// added to it.
 //
-// A block has its outputs in the lanes of vectors, and one of the kValues after the other; a single output has
-// those values in the lanes.
+// A block has its outputs in the lanes of vectors, and one of the kValues after the other; a single output
+// has those values in the lanes.
 //
 // The callers set the precision (core/precision.h).
 #pragma once
@@ -110,8 +111,8 @@ struct TapRow {
 // Adds the products of `Count` taps, Step apart, from tap j on.
 //
 // A vector of samples that meets one tap for some outputs meets the next for outputs Step before: so it is
-// loaded once for all the taps. (Of unaligned loads every second or third spans two cache lines and takes twice
-// the time.)
+// loaded once for all the taps. (Of unaligned loads every second or third spans two cache lines and takes
+// twice the time.)
 template <int Count, int Step, class T, bool Reversed, int N, int Vectors>
 ZPP_INLINE void addTaps(Sums<T, N> (&sums)[Vectors], TapRow<T, Reversed> taps, size_t j, const T* x) {
     using Sum = Sums<T, N>;

@@ -99,11 +99,13 @@ ZPP_EXPORT(ZppStatus, zppsFIRSetDlyLine64fc_32fc, (ZppsFIRState* pState, const Z
 /* FIR filtering
  *
  * y(n) as above: consecutive calls of any lengths filter one continuous signal. The products are summed in
- * double, fused with the additions where the processor can, in an order that depends on tapsLen alone:
- * however a signal is split into blocks, block filtering without the FFT gives the same bits. The FFT, and
- * the functions for one sample, which take the sum in several parts, differ from that by rounding:
- *     block and one sample  |error| <= (tapsLen + 2) 2^-53 * sum of |h(k)| |x(n-k)| (complex: twice that)
- *     FFT                   |error| of order 2^-53 log2(N) * norm of h * norm of the N inputs around n
+ * double, fused with the additions where the processor can, in an order that depends on tapsLen alone: however
+ * a signal is split into blocks and single samples, filtering without the FFT gives the same bits, in place or
+ * not, with a state or without (another processor may give others). The FFT differs from that by rounding.
+ * Where nothing underflows,
+ *     without FFT   |error| <= (min(tapsLen, 40) + tapsLen / 32 + 1) 2^-53 * sum of |h(k)| |x(n-k)|
+ *                   (complex, of re and of im: min(tapsLen, 130))
+ *     FFT           |error| of order 2^-53 log2(N) * norm of h * norm of the N inputs around n
  * The 32-bit signals are widened exactly, and each output is rounded once. Source and destination may be the
  * same vector, but not overlap in part. */
 
@@ -120,7 +122,7 @@ ZPP_EXPORT(ZppStatus, zppsFIR_64fc_I, (Zpp64fc* pSrcDst, int numIters, ZppsFIRSt
 ZPP_EXPORT(ZppStatus, zppsFIR64f_32f_I, (Zpp32f* pSrcDst, int numIters, ZppsFIRState* pState))
 ZPP_EXPORT(ZppStatus, zppsFIR64fc_32fc_I, (Zpp32fc* pSrcDst, int numIters, ZppsFIRState* pState))
 
-/* One input in, one output to *pDstVal. Errors: -8 for a null pointer; -17. */
+/* One input in, one output to *pDstVal: to the bit that of a block of one. Errors: -8 for a null pointer; -17. */
 ZPP_EXPORT(ZppStatus, zppsFIROne_64f, (Zpp64f src, Zpp64f* pDstVal, ZppsFIRState* pState))
 ZPP_EXPORT(ZppStatus, zppsFIROne_64fc, (Zpp64fc src, Zpp64fc* pDstVal, ZppsFIRState* pState))
 ZPP_EXPORT(ZppStatus, zppsFIROne64f_32f, (Zpp32f src, Zpp32f* pDstVal, ZppsFIRState* pState))
@@ -128,7 +130,8 @@ ZPP_EXPORT(ZppStatus, zppsFIROne64fc_32fc, (Zpp32fc src, Zpp32fc* pDstVal, ZppsF
 
 /* The same filter without a state. The caller keeps the delay line as 2 tapsLen elements d and an index i
  * between 0 and tapsLen-1, at first all zero: d[j] and d[j+tapsLen] hold the same sample, so that the last
- * tapsLen inputs stand at d[i] .. d[i+tapsLen-1], oldest first. The index is not checked.
+ * tapsLen inputs stand at d[i] .. d[i+tapsLen-1], oldest first. The index is not checked. Nothing else is kept:
+ * threads may share the taps.
  * Returned, in this order of checks: -8 for a null source or destination; -6 for numIters <= 0; -8 for a null
  * pTaps; -26 for tapsLen <= 0; -8 for a null pDlyLine or pDlyLineIndex. */
 ZPP_EXPORT(ZppStatus, zppsFIR_Direct_64f,
@@ -144,7 +147,7 @@ ZPP_EXPORT(ZppStatus, zppsFIR_Direct_64fc_I,
            (Zpp64fc* pSrcDst, int numIters, const Zpp64fc* pTaps, int tapsLen, Zpp64fc* pDlyLine,
             int* pDlyLineIndex))
 
-/* The same for one sample; _I reads and replaces *pSrcDst.
+/* The same for one sample, to the bit; _I reads and replaces *pSrcDst.
  * Returned, in this order of checks: -8 for a null pDstVal (pSrcDst) or pTaps; -26; -8 for a null pDlyLine or
  * pDlyLineIndex. */
 ZPP_EXPORT(ZppStatus, zppsFIROne_Direct_64f,
