@@ -220,24 +220,28 @@ ZPP_INLINE void filterTiles(TapRow<T, Reversed> taps, size_t tapsLen, const T* x
         while (count-- > 0) filterSingle<Few>(taps, tapsLen, x + count, y + count);
 }
 
-// y[i] = sum over j of taps[j] * x[i + j], for i = count-1 down to 0: right also where y[i] stands in the
-// place of x[i + tapsLen - 1] or of a later sample, as when a block is filtered in place.
-template <class T, bool Reversed>
-[[gnu::noinline]] void filterWindows(TapRow<T, Reversed> taps, size_t tapsLen, const T* x, T* y,
-                                     size_t count) {
-    if (tapsLen < kFewTaps)
-        filterTiles<true, kTileVectors<T>>(taps, tapsLen, x, y, count);
-    else
-        filterTiles<false, kTileVectors<T>>(taps, tapsLen, x, y, count);
-}
-
-// The same for one output.
+// y[0] = sum over j of taps[j] * x[j].
 template <class T, bool Reversed>
 [[gnu::noinline]] void filterWindow(TapRow<T, Reversed> taps, size_t tapsLen, const T* x, T* y) {
     if (tapsLen < kFewTaps)
         filterSingle<true>(taps, tapsLen, x, y);
     else
         filterSingle<false>(taps, tapsLen, x, y);
+}
+
+// y[i] = sum over j of taps[j] * x[i + j], for i = count-1 down to 0: right also where y[i] stands in the
+// place of x[i + tapsLen - 1] or of a later sample, as when a block is filtered in place.
+template <class T, bool Reversed>
+[[gnu::noinline]] void filterWindows(TapRow<T, Reversed> taps, size_t tapsLen, const T* x, T* y,
+                                     size_t count) {
+    // The x87 unit keeps a sum beyond the range of a double until it is stored, and when that is, the
+    // compiler decides: so there is one piece of code for all lengths.
+    if constexpr (kLanes<double> == 1)
+        while (count-- > 0) filterWindow(taps, tapsLen, x + count, y + count);
+    else if (tapsLen < kFewTaps)
+        filterTiles<true, kTileVectors<T>>(taps, tapsLen, x, y, count);
+    else
+        filterTiles<false, kTileVectors<T>>(taps, tapsLen, x, y, count);
 }
 
 }  // namespace zpp::ZPP_ISA

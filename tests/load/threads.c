@@ -62,8 +62,8 @@ static void transform(ZppsFIRState* state, Results* r) {
     for (i = 0; i < kRounds; ++i) {
         need(zppsFIR_64f_I(r->filtered, kLen, state)); /* by FFT */
         need(zppsFIR_64f_I(r->filtered, kTaps, state));
-        need(zppsFIR_Direct_64f_I(r->filtered, kLen, taps, kTaps, r->line, &r->index));
-        need(zppsFIR_Direct_64fc_I(r->spectrum, kLen, complexTaps, kTaps, r->complexLine, &r->complexIndex));
+        need(zppsFIR_Direct_64f_I(r->filtered, kTaps, taps, kTaps, r->line, &r->index));
+        need(zppsFIR_Direct_64fc_I(r->spectrum, kTaps, complexTaps, kTaps, r->complexLine, &r->complexIndex));
         need(zppsFFTFwd_RToPack_64f(r->filtered, r->packed, realSpec, realBuffer));
         need(zppsFFTInv_PackToR_64f(r->packed, r->filtered, realSpec, realBuffer));
         need(zppsFFTFwd_CToC_64fc(r->spectrum, r->spectrum, complexSpec, complexBuffer));
