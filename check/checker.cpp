@@ -93,6 +93,7 @@ void Checker::check(const Function& f) {
                     makeInputs(f, length, variant, variant < 2 ? ordinaryFor(f) : specialFor(f)));
     bind(referenceBinding());
     std::vector<Outcome> references;
+    references.reserve(inputs.size());
     for (const Inputs& in : inputs) references.push_back(call(f, in, {0, -1, 0}));
     for (const test::Binding& binding : bindings_) {
         bind(binding);

@@ -60,7 +60,8 @@ std::string missingRule(const Function& f, const Argument& a) {
 
 Extent stated(const char* functions, const char* arguments, int perLength, int more) {
     return {functions, arguments, [=](const Function&, const Case& c) {
-                return static_cast<std::size_t>(perLength * c.length + more);
+                const int elements = perLength * c.length + more;
+                return static_cast<std::size_t>(elements);
             }};
 }
 

@@ -11,7 +11,7 @@ namespace {
 class Fir : public BoundTest {};
 ZPP_FOR_ALL_BINDINGS(Fir);
 
-// Taps and samples; those whose roundings all have one sign reach 3/4 of the bound.
+// Taps and samples. Roundings of one sign add up, which random ones do not.
 struct Input {
     const char* name;
     double (*tap)(Random&, std::size_t);
@@ -51,17 +51,20 @@ TEST_P(Fir, IsTheConvolutionSum) {
 }
 
 // Blocks around the length up to which the delay buffer holds one and around the chunks of a 32-bit signal,
-// random ones, and single samples.
+// random ones, and single samples. Special values, each of which takes the x87 unit a hundred cycles, are
+// seen with fewer taps and samples.
 TEST_P(Fir, HasTheSameBitsHoweverSplit) {
     Random random(4);
     forEachPair([&]<class T, class D>(const FirPair<T, D>& pair) {
         for (const Draw draw : kDraws)
             for (const int longest : {16, 64, 300, 3000}) {
+                const bool ordinary = draw == Draw::kOrdinary;
+                if (!ordinary && longest > 300) continue;
                 const auto tapsLen = static_cast<int>(1 + random.below(static_cast<std::uint64_t>(longest)));
                 SCOPED_TRACE(tapsLen);
                 Filter<T, D> filter(pair, tapsLen, 0);
                 EXPECT_EQ(filter.setTaps(drawn<T>(random, draw, filter.taps.size())), zppStatusOk);
-                const auto signal = drawn<D>(random, draw, 1100);
+                const auto signal = drawn<D>(random, draw, ordinary ? 1100 : 300);
                 const auto whole = filter.runWhole(signal);
                 const int around[] = {1, 5, (tapsLen + 3) / 4 * 4 + 1, 1024};
                 const auto nextLen = [&] {
