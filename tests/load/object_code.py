@@ -4,9 +4,9 @@
     object_code.py linkage LIBRARY VERSION
     object_code.py objects ARCH BUILD OBJECTS...    of an ISA build, or of "frame"
 
-TOOLS in the environment is what stands before the names of nm and objdump, for a library of Windows.
-Each check returns its complaints and a line on what it has seen. The tables of instructions are in
-instruction_sets.py; that every check catches what it is for is tested in object_code_test.py.
+TOOLS in the environment is what stands before the names of nm, objdump and as, for a library of Windows.
+Each check returns its complaints and a line on what it has seen. That every check catches what it is for is tested in
+object_code_test.py.
 """
 import functools
 import os
@@ -16,10 +16,8 @@ import subprocess
 import sys
 from typing import NamedTuple
 
-import instruction_sets
-
 TOOLS = os.environ.get("TOOLS", "")
-NM, OBJDUMP = TOOLS + "nm", TOOLS + "objdump"
+NM, OBJDUMP, AS = (TOOLS + name for name in ("nm", "objdump", "as"))
 WINDOWS = "mingw" in TOOLS
 C_PREFIX = "_" if "i686" in TOOLS else ""
 VERSION = "" if WINDOWS else "ZPP_4"  # of the symbols
@@ -29,8 +27,8 @@ def output(*command, **options):
     return subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True, **options).stdout
 
 
-def is_64_bit_elf(library):
-    return "elf64" in output(OBJDUMP, "-f", library)
+def is_64_bit(file):
+    return "x86-64" in output(OBJDUMP, "-f", file)
 
 
 # --- The built library -----------------------------------------------------------------------------------------
@@ -58,16 +56,16 @@ def exports_of_dll(library):
 
 
 def exports_of_elf(library):
-    rows = [line.split() for line in output(NM, "-D", "-S", "--defined-only", "--with-symbol-versions", library).splitlines()]
-    rows = [row for row in rows if row[1:] != ["A", VERSION]]  # the version itself
-    faults = [f"exported, but no function with a size: {' '.join(row)}" for row in rows if len(row) != 4 or row[2] != "T"]
+    lines = output(NM, "-D", "-S", "--defined-only", "--with-symbol-versions", library).splitlines()
+    rows = [line.split() for line in lines if not line.endswith(f" A {VERSION}")]  # the version itself
+    faults = [f"exported, but no function: {' '.join(row)}" for row in rows if len(row) != 4 or row[2] != "T"]
     named = [(row, *row[3].partition("@@")[::2]) for row in rows if len(row) == 4]
     return faults, [(int(row[0], 16), int(row[1], 16), name, version) for row, name, version in named]
 
 
 def check_slots(library, count):
     """On pages of their own, which the library makes read-only."""
-    width, page = 4 if re.search(r"file format \S+-i386$", output(OBJDUMP, "-f", library), re.M) else 8, 4096
+    width, page = 8 if is_64_bit(library) else 4, 4096
     places = {name.removeprefix(C_PREFIX): int(address, 16)
               for address, name in re.findall(r"^(\w+) \w (\w*zpp_slots(?:_end)?)$", output(NM, library), re.M)}
     begin, end = places["zpp_slots"], places["zpp_slots_end"]
@@ -99,7 +97,7 @@ def check_exports(library, expected):
         base = stubs[0][0]
         faults += [f"not 16 bytes behind the stub before it: {name}"
                    for i, (address, _, name, _) in enumerate(stubs) if address != base + 16 * i or address % 16 != 0]
-    if not faults and is_64_bit_elf(library):
+    if not faults and is_64_bit(library) and not WINDOWS:
         faults += check_marks(library, stubs)
     return faults, f"{len(exported)} exports of {len(expected)} declared functions"
 
@@ -109,14 +107,13 @@ NEEDED = re.compile(r"libc\.so\.6|libm\.so\.6|ld-linux(-x86-64)?\.so\.2")
 
 def pointers(library, section):
     """The functions that an array of pointers of the unrelocated file names."""
-    width = 8 if is_64_bit_elf(library) else 4
+    width = 8 if is_64_bit(library) else 4
     dump = output("readelf", "-x", section, library)
     data = bytes.fromhex("".join(re.findall(r"^  0x[0-9a-f]+ ((?:[0-9a-f]{2,8} ?){1,4})", dump, re.M)).replace(" ", ""))
     names = {}
     for line in output(NM, "-C", "--defined-only", library).splitlines():
         address, kind, name = line.split(" ", 2)
-        if kind in "tT":
-            names[int(address, 16)] = name
+        names.update({int(address, 16): name} if kind in "tT" else {})
     entries = [int.from_bytes(data[i:i + width], "little") for i in range(0, len(data), width)]
     return [names.get(entry, hex(entry)) for entry in entries]
 
@@ -130,9 +127,8 @@ def check_dll_linkage(library, version):
     headers = output(OBJDUMP, "-p", library)
     needed = re.findall(r"DLL Name: (\S+)", headers)
     faults = [f"needs {name}" for name in needed if name not in SYSTEM_DLLS]
-    marks = [("DYNAMIC_BASE", "cannot be loaded at another address"), ("NX_COMPAT", "wants to run data")]
-    marks += [] if C_PREFIX else [("HIGH_ENTROPY_VA", "cannot be loaded beyond 4 GB")]
-    faults += [complaint for mark, complaint in marks if not re.search(rf"^\s+{mark}", headers, re.M)]
+    marks = ["DYNAMIC_BASE", "NX_COMPAT"] + ([] if C_PREFIX else ["HIGH_ENTROPY_VA"])
+    faults += [f"lacks {mark}" for mark in marks if not re.search(rf"^\s+{mark}", headers, re.M)]
     with open(library, "rb") as file:
         data = file.read()
     texts = {"FileVersion": version, "ProductVersion": version, "ProductName": "libzpp", "OriginalFilename": "zpp.dll"}
@@ -150,16 +146,14 @@ def check_dll_linkage(library, version):
 def check_linkage(library, version):
     if WINDOWS:
         return check_dll_linkage(library, version)
-    dynamic = output("readelf", "-dW", library)
+    dynamic, headers = output("readelf", "-dW", library), output("readelf", "-lW", library)
     needed = re.findall(r"\(NEEDED\).*\[(.*)\]", dynamic)
     faults = [f"needs {name}" for name in needed if not NEEDED.fullmatch(name)]
     soname = re.findall(r"\(SONAME\).*\[(.*)\]", dynamic)
-    if soname != [f"libzpp.so.{version.split('.')[0]}"]:
-        faults.append(f"soname {soname}")
-    for tag in ("TEXTREL", "RPATH", "RUNPATH", "PREINIT_ARRAY"):
-        if re.search(rf"\b{tag}\b", dynamic):
-            faults.append(f"has {tag}")
-    segments = re.findall(r"^  (LOAD|GNU_STACK|GNU_RELRO) .* ([R ][W ][E ]) +0x", output("readelf", "-lW", library), re.M)
+    faults += [] if soname == [f"libzpp.so.{version.split('.')[0]}"] else [f"soname {soname}"]
+    tags = r"\b(TEXTREL|RPATH|RUNPATH|PREINIT_ARRAY|INIT|FINI|FINI_ARRAY)\b"
+    faults += [f"has {tag}" for tag in re.findall(tags, dynamic)]
+    segments = re.findall(r"^  (LOAD|GNU_STACK|GNU_RELRO) .* ([R ][W ][E ]) +0x", headers, re.M)
     if "GNU_RELRO" not in dict(segments) or "BIND_NOW" not in dynamic:
         faults.append("leaves its table of other libraries' functions writable")
     if "GNU_STACK" not in dict(segments):
@@ -169,13 +163,12 @@ def check_linkage(library, version):
     started = pointers(library, ".init_array")
     if started != ["zpp::(anonymous namespace)::attach()"]:
         faults.append(f"not the load routine alone runs at load: {started}")
-    faults += [f"runs at load or unload: {tag}" for tag in re.findall(r"\((INIT|FINI|FINI_ARRAY)\)", dynamic)]
     undefined = [line.split()[-1] for line in output(NM, "-D", "--undefined-only", library).splitlines()]
     faults += [f"takes from elsewhere: {name}" for name in undefined if "@GLIBC_" not in name]
     return faults, f"needs {' '.join(needed)}; {len(undefined)} symbols from outside"
 
 
-# --- The objects of one ISA build ------------------------------------------------------------------------------
+# --- The objects of one build: a check returns its complaints, how much it has seen, and of what ----------------
 
 
 def check_symbols(isa, objects):
@@ -195,58 +188,78 @@ def check_symbols(isa, objects):
                 count += 1
                 if not own.match(name):
                     faults.append(f"{path}: visible outside zpp::{isa}: {kind} {name}")
-    if count == 0:
-        faults.append("the objects define nothing")
-    return faults, f"{isa}: {count} symbols of {len(objects)} objects"
+    return faults, count, "symbols of its own"
 
 
 class Instruction(NamedTuple):
     address: int
-    code: bytes
-    mnemonic: str
-    operands: str
+    text: str
     relocated: bool
-
-    def text(self):
-        return f"{self.mnemonic} {self.operands}"
+    mnemonic = property(lambda self: self.text.split(" ")[-2:][0])
+    operands = property(lambda self: self.text.partition(" ")[2])
 
 
 LINE = re.compile(r"^ *([0-9a-f]+):\t([0-9a-f ]+)(?:\t([^\t]*))?(\t.*)?$")
-PREFIX = re.compile(r"^(?:(?:rep\w*|lock|data16|addr16|[c-gs]s|notrack|bnd|rex\S*|\{\w+\}) +)+")
+PREFIX = re.compile(r"^(?:(?:rep\w*|lock|data16|addr16|[c-gs]s|notrack|bnd|rex\S*) +)+")
 
 
 @functools.lru_cache(maxsize=None)
 def functions(path):
     """(name, instructions) of each function, with the parts that the compiler moved away as functions of their own."""
-    found, body = [], None
+    found = []
     for line in output(OBJDUMP, "-drw", path).splitlines():
-        header = re.match(r"[0-9a-f]+ <(.+)>:$", line)
-        row = LINE.match(line)
+        header, row = re.match(r"[0-9a-f]+ <(.+)>:$", line), LINE.match(line)
         if header:
-            body = []
-            found.append((header.group(1), body))
+            found.append((header.group(1), []))
         elif row:
-            text = PREFIX.sub("", (row.group(3) or "(bad)").split("#")[0].strip() + " ").split(None, 1)
-            operands = re.sub(r" *<.*>$", "", text[1].strip()) if len(text) > 1 else ""
-            body.append(Instruction(int(row.group(1), 16), bytes.fromhex(row.group(2)),
-                                    text[0] if text else "(prefix)", operands, row.group(4) is not None))
+            words = PREFIX.sub("", (row.group(3) or "(bad)").split("#")[0] + " ").split("<")[0].split()
+            found[-1][1].append(Instruction(int(row.group(1), 16), " ".join(words) or "(prefix)", bool(row.group(4))))
     return found
 
 
+def bodies(objects):
+    """(path and name, instructions) of each function."""
+    return [(f"{path}: {name}", body) for path in objects for name, body in functions(path)]
+
+
+def instructions(objects):
+    """(path, function, address and text; instruction)."""
+    return [(f"{name}: {it.address:x}: {it.text}", it) for name, body in bodies(objects) for it in body]
+
+
+# What the assembler is told of the processor of a build: it refuses the instructions and registers that are not of it;
+# in the builds for AVX the encoding without VEX too, which is slow beside the other.
+PLAIN = {False: "i686+387", True: "generic64+nommx+ibt"}  # by whether it has 64 bits
+AVX2 = "+popcnt+avx2+fma+f16c+bmi2"
+BEYOND = {"sse": "+sse", "sse2": "+sse2", "avx2": AVX2, "avx512": AVX2 + "+avx512f+avx512dq+avx512bw+avx512vl"}
+EVIDENCE = {"frame": "^cpuid", "x87": "^fld|^fmul", "sse": r"%xmm\d|^cmov|^fu?comi", "sse2": "^(?:add|mul)pd|^padd",
+            "avx2": r"%ymm\d", "avx512": r"%zmm\d"}
+# The frame asks before it uses what an i586 may lack, and does so in functions of their own.
+ASKED = re.compile("(updateMxcsr|zppSetFlushToZero|zppSetDenormAreZeros).*: (stmxcsr|ldmxcsr) |"
+                   "readMxcsrMask.*: fxsave |readExtendedControl.*: xgetbv$")
+
+
+def refusals(isa, texts, is_64):
+    """The texts among these that the assembler refuses, and why."""
+    processor = PLAIN[is_64] + BEYOND.get(isa, "") if is_64 or isa in BEYOND else "i586+387"
+    strict = ["-msse-check=error"] if isa.startswith("avx") else []
+    # The compiler writes tzcnt as `rep bsf`, which an older processor runs as bsf: of zero it uses no result anyway.
+    lines = [re.sub(r"^tzcnt", "bsf", re.sub(r" ([0-9a-f]+)$", r" 0x\1", text)) + "\n" for text in texts]
+    command = [AS, "--64" if is_64 else "--32", f"-march={processor}", "-mindex-reg", *strict, "-o", os.devnull]
+    done = subprocess.run(command, input="".join(lines), stderr=subprocess.PIPE, text=True)
+    errors = re.findall(r"^{standard input}:(\d+): (Error: .*)$", done.stderr, re.M)
+    if done.returncode != 0 and not errors:
+        sys.exit(done.stderr)
+    return {texts[int(line) - 1]: why for line, why in errors}
+
+
 def check_instructions(isa, objects):
-    """Only instructions on the list of the build, only its registers; and some that show what the build is for."""
-    table = instruction_sets.TABLES[isa]
-    faults, count, evidence = [], 0, 0
-    for path in objects:
-        for name, body in functions(path):
-            for it in body:
-                count += 1
-                evidence += bool(table.evidence.search(it.text()))
-                if not table.allows(it, name):
-                    faults.append(f"{path}: {name}: {it.address:x}: {it.code.hex()} {it.text()}")
-    if count == 0 or (evidence == 0 and not faults):
-        faults.append(f"nothing seen that is peculiar to {isa}, in {count} instructions")
-    return faults, f"{isa}: {count} instructions of {len(objects)} objects, {evidence} peculiar to the build"
+    """Only instructions and registers of the build, and some that show what it is for."""
+    rows = instructions(objects)
+    refused = refusals(isa, sorted({it.text for _, it in rows}), is_64_bit(objects[0]))
+    faults = [f"{what}: {refused[it.text]}" for what, it in rows
+              if it.text in refused and not (isa == "frame" and ASKED.search(what))]
+    return faults, sum(bool(re.search(EVIDENCE[isa], it.text)) for _, it in rows), "instructions peculiar to the build"
 
 
 UPPER = re.compile(r"%[yz]mm\d")
@@ -279,17 +292,10 @@ def leaves_dirty(body):
 
 
 def check_uppers(isa, objects):
-    faults, count = [], 0
-    for path in objects:
-        for name, body in functions(path):
-            if any(UPPER.search(it.operands) for it in body):
-                count += 1
-                address = leaves_dirty(body)
-                if address is not None:
-                    faults.append(f"{path}: {name}: no vzeroupper on a path to {address:x}")
-    if count == 0:
-        faults.append("no function uses an upper half")
-    return faults, f"{isa}: {count} functions with upper halves"
+    using = [(name, body) for name, body in bodies(objects) if any(UPPER.search(it.operands) for it in body)]
+    left = [(name, leaves_dirty(body)) for name, body in using]
+    faults = [f"{name}: no vzeroupper on a path to {address:x}" for name, address in left if address is not None]
+    return faults, len(using), "functions with upper halves"
 
 
 ALIGNED = re.compile(r"v?(movap[sd]|movdqa(32|64)?|movntp[sd]|movntdqa?)|fxsave|fxrstor")
@@ -300,64 +306,52 @@ REALIGNED = re.compile(r"\$0xf+[ec8]?0,%esp")
 
 def check_stack(isa, objects):
     """On i386: who needs an aligned place on the stack makes it, for the caller may not have aligned its own."""
-    faults, count, realigned = [], 0, 0
-    for path in objects:
-        bodies = {}
-        for name, body in functions(path):
-            bodies.setdefault(name.split(".cold")[0], []).extend(body)
-        for name, body in bodies.items():
-            count += 1
-            makes = any(it.mnemonic == "and" and REALIGNED.match(it.operands) for it in body)
-            realigned += makes
-            needs = [it for it in body if "(%esp" in it.operands and (
-                ALIGNED.fullmatch(it.mnemonic)
-                or (it.mnemonic[0] != "v" and "%xmm" in it.operands and PACKED.fullmatch(it.mnemonic)))]
-            if needs and not makes:
-                faults.append(f"{path}: {name}: {needs[0].address:x}: {needs[0].text()}")
-    if count == 0:
-        faults.append("no function seen")
-    return faults, f"{isa}: {count} functions, {realigned} align their stack"
+    whole, faults = {}, []
+    for name, body in bodies(objects):
+        whole.setdefault(name.split(".cold")[0], []).extend(body)
+    for name, body in whole.items():
+        needs = [it for it in body if "(%esp" in it.operands and (
+            ALIGNED.fullmatch(it.mnemonic)
+            or (it.mnemonic[0] != "v" and "%xmm" in it.operands and PACKED.fullmatch(it.mnemonic)))]
+        if needs and not any(it.mnemonic == "and" and REALIGNED.match(it.operands) for it in body):
+            faults.append(f"{name}: {needs[0].address:x}: {needs[0].text}")
+    return faults, len(whole), "functions and their stacks"
 
 
 def check_moves(isa, objects):
     """On 64-bit Windows: the compiler takes the stack to be aligned for registers of more than 16 bytes."""
-    rows = [(path, name, it) for path in objects for name, body in functions(path) for it in body
-            if it.mnemonic[0] == "v" and "mov" in it.mnemonic and re.search(r"%[yz]mm", it.operands)]
-    faults = [f"{path}: {name}: {it.address:x}: {it.text()}" for path, name, it in rows if ALIGNED.fullmatch(it.mnemonic)]
-    return faults + ([] if rows else ["no move of a long register"]), f"{isa}: {len(rows)} moves of long registers"
+    moves = [(what, it) for what, it in instructions(objects)
+             if it.mnemonic[0] == "v" and "mov" in it.mnemonic and re.search(r"%[yz]mm", it.operands)]
+    return [what for what, it in moves if ALIGNED.fullmatch(it.mnemonic)], len(moves), "moves of long registers"
 
 
 def check_constructors(isa, objects):
     """Nothing runs at load but the routine of the loader."""
-    sections = [(path, name) for path in objects if "attach_elf" not in path
-                for name in re.findall(r"^ *\d+ (\.(?:ctors|init_array|CRT)\S*)", output(OBJDUMP, "-h", path), re.M)]
-    return [f"{path}: runs at load: {name}" for path, name in sections], f"{isa}: no constructors"
+    faults = [f"{path}: runs at load: {name}" for path in objects if "attach_elf" not in path
+              for name in re.findall(r"^ *\d+ (\.(?:ctors|init_array|CRT)\S*)", output(OBJDUMP, "-h", path), re.M)]
+    return faults, len(objects), "objects and their constructors"
 
 
-def check_objects(arch, build, objects):
-    isa = f"frame-{arch}" if build == "frame" else build
+def check_objects(arch, isa, *objects):
     checks = [check_instructions, check_constructors]
-    checks += [check_symbols] if build != "frame" else []
-    checks += [check_uppers] if build.startswith("avx") else []
+    checks += [check_symbols] if isa != "frame" else []
+    checks += [check_uppers] if isa.startswith("avx") else []
     checks += [check_stack] if arch == "i386" else []
-    checks += [check_moves] if arch == "x86_64" and WINDOWS and build.startswith("avx") else []
+    checks += [check_moves] if arch == "x86_64" and WINDOWS and isa.startswith("avx") else []
     results = [check(isa, objects) for check in checks]
-    return [fault for faults, _ in results for fault in faults], "\n".join(summary for _, summary in results)
+    faults = [fault for faults, count, what in results for fault in faults + ([] if count else [f"no {what}"])]
+    return faults, "\n".join(f"{isa}: {count} {what}" for _, count, what in results)
+
+
+def check_library(library, headers, *compiler):
+    expected = declared(headers, compiler)
+    faults, summary = check_exports(library, expected)
+    return faults + check_slots(library, len(expected)), summary
 
 
 def main(check, *arguments):
-    if check == "exports":
-        library, headers, *compiler = arguments
-        expected = declared(headers, compiler)
-        faults, summary = check_exports(library, expected)
-        faults += check_slots(library, len(expected))
-    elif check == "linkage":
-        faults, summary = check_linkage(*arguments)
-    else:
-        arch, build, *objects = arguments
-        faults, summary = check_objects(arch, build, objects)
-    print(summary)
-    print(*faults[:40], sep="\n", end="\n" if faults else "")
+    faults, summary = {"exports": check_library, "linkage": check_linkage, "objects": check_objects}[check](*arguments)
+    print(summary, *faults[:40], sep="\n")
     if len(faults) > 40:
         print(f"and {len(faults) - 40} more")
     return 1 if faults else 0
