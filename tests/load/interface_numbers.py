@@ -3,47 +3,37 @@
 Fails on a name of an enumeration that has another number than here, and on one that stands only here or only there.
 """
 import re
-import subprocess
 import sys
 
-NUMBERS = """
-    zppStatusOk 0  zppStatusError -2  zppStatusNoMemory -4  zppStatusBadArgument -5  zppStatusSizeError -6
-    zppStatusBoundsError -7  zppStatusNullPointer -8  zppStatusAllocationFailed -9  zppStatusDivideByZeroError -10
-    zppStatusOutOfRange -11  zppStatusBadDataType -12  zppStatusScaleRange -13  zppStatusBadStep -14
-    zppStatusFftOrder -15  zppStatusFftFlag -16  zppStatusContextMismatch -17  zppStatusThresholdBounds -18
-    zppStatusThresholdNegativeLevel -19  zppStatusFlipMode -21  zppStatusDelayIndex -24  zppStatusIirOrder -25
-    zppStatusFirLength -26  zppStatusRelativeFrequency -27  zppStatusFirMrPhase -28  zppStatusFirMrFactor -29
-    zppStatusSamplePhase -30  zppStatusSampleFactor -31  zppStatusNegativeShift -32  zppStatusMaskSize -33
-    zppStatusWaveletOffset -35  zppStatusNegativeMagnitude -38  zppStatusKaiserTooHuge -39
-    zppStatusTriangleAsymmetry -40  zppStatusTrianglePhase -41  zppStatusTriangleFrequency -42
-    zppStatusTriangleMagnitude -43  zppStatusTonePhase -44  zppStatusToneFrequency -45  zppStatusToneMagnitude -46
-    zppStatusCpuNotSupported -9998  zppStatusNotSupportedMode -9999
-    zppStatusNoOperation 1  zppStatusMisaligned 2  zppStatusSqrtNegative 3  zppStatusInvZero 4
-    zppStatusEvenMedianMask 5  zppStatusDivByZero 6  zppStatusLnZeroArg 7  zppStatusLnNegativeArg 8
-    zppStatusNanArg 9  zppStatusFloored 11  zppStatusOverflow 12  zppStatusUnderflow 17  zppStatusSingularity 18
-    zppStatusDomain 19  zppStatusNotVarenCpu 20  zppStatusCpuNotSet 21  zppStatusNoEffect 24
-    zppRoundZero 0  zppRoundNear 1
-    zppCpuUnknown 0  zppCpuFamily5 1  zppCpuFamily5Mmx 2  zppCpuFamily6 3  zppCpuFamily6Mmx 4  zppCpuFamily6Sse 5
-    zppCpuFamily15Sse2 6  zppCpuFamily15Sse2Ht 7  zppCpuFamily15Sse3 8  zppCpuFamily6Sse2 9  zppCpuFamily7 16
-    zppCpuFamily15WithoutSse2 17
-"""
+import object_code
 
-
-def declared(headers, compiler):
-    """What stands in the enumerations, each name with its number, or with what else stands there."""
-    source = subprocess.run([*compiler, "-x", "c", "-E", "-P", f"{headers}/zpp.h"], check=True, stdout=subprocess.PIPE,
-                            text=True).stdout
-    entries = [entry.split("=") for body in re.findall(r"\benum\b[^{;]*{([^}]*)}", source) for entry in body.split(",")]
-    return {name.strip(): "=".join(number).strip() for name, *number in entries}
+NUMBERS = {  # by the beginning of the names
+    "zppStatus": """
+        Ok 0  Error -2  NoMemory -4  BadArgument -5  SizeError -6  BoundsError -7  NullPointer -8  AllocationFailed -9
+        DivideByZeroError -10  OutOfRange -11  BadDataType -12  ScaleRange -13  BadStep -14  FftOrder -15  FftFlag -16
+        ContextMismatch -17  ThresholdBounds -18  ThresholdNegativeLevel -19  FlipMode -21  DelayIndex -24
+        IirOrder -25  FirLength -26  RelativeFrequency -27  FirMrPhase -28  FirMrFactor -29  SamplePhase -30
+        SampleFactor -31  NegativeShift -32  MaskSize -33  WaveletOffset -35  NegativeMagnitude -38  KaiserTooHuge -39
+        TriangleAsymmetry -40  TrianglePhase -41  TriangleFrequency -42  TriangleMagnitude -43  TonePhase -44
+        ToneFrequency -45  ToneMagnitude -46  CpuNotSupported -9998  NotSupportedMode -9999  NoOperation 1
+        Misaligned 2  SqrtNegative 3  InvZero 4  EvenMedianMask 5  DivByZero 6  LnZeroArg 7  LnNegativeArg 8  NanArg 9
+        Floored 11  Overflow 12  Underflow 17  Singularity 18  Domain 19  NotVarenCpu 20  CpuNotSet 21  NoEffect 24""",
+    "zppRound": "Zero 0  Near 1",
+    "zppCpu": """
+        Unknown 0  Family5 1  Family5Mmx 2  Family6 3  Family6Mmx 4  Family6Sse 5  Family15Sse2 6  Family15Sse2Ht 7
+        Family15Sse3 8  Family6Sse2 9  Family7 16  Family15WithoutSse2 17""",
+}
 
 
 def main(headers, *compiler):
-    words = NUMBERS.split()
-    expected, found = dict(zip(words[::2], words[1::2])), declared(headers, compiler)
+    expected = {start + name: number for start, words in NUMBERS.items()
+                for name, number in re.findall(r"(\w+) (-?\d+)", words)}
+    source = object_code.preprocessed(headers, compiler)
+    entries = [entry.split("=") for body in re.findall(r"\benum\b[^{;]*{([^}]*)}", source) for entry in body.split(",")]
+    found = {name.strip(): "=".join(number).strip() for name, *number in entries}
     faults = [f"{name}: {found.get(name, 'not declared')}, not {expected.get(name, 'known')}"
               for name in sorted(expected.keys() | found.keys()) if found.get(name) != expected.get(name)]
-    print(f"{len(found)} numbers", *faults, sep="\n")
-    return 1 if faults else 0
+    return object_code.report(faults, f"{len(found)} numbers")
 
 
 if __name__ == "__main__":

@@ -60,8 +60,7 @@ NO_TUNING = ["sse", "AVX2", "x87" * 1000]
 
 
 def run(*command, **environment):
-    done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, timeout=120,
-                          env={**os.environ, **environment})
+    done = subprocess.run(command, capture_output=True, text=True, timeout=120, env={**os.environ, **environment})
     return done.returncode, done.stdout, done.stderr
 
 
@@ -71,33 +70,6 @@ def build_at(library, offset):
                        object_code.output(object_code.NM, "-C", library), re.M)
     stub = sum(int(address, 16) for address, name, _ in named if name)
     return {int(address, 16) - stub: build for address, _, build in named}.get(offset, f"none, at {offset}")
-
-
-def expected_answers(processor_type, column, build, control):
-    return [f"build {build}", f"type {processor_type}",
-            f"4.0.19.77 {column} zpps{column}l.lib v4.0 Oct 16 2003",
-            f"4.0.10.17 {column} zppvm{column}l.lib v4.0 Oct 20 2003",
-            f"flush to zero {control}, denormals are zero {control}"]
-
-
-def expect_answers(library, command, processor_type, column, build, control=0, visits=1, first=(), **environment):
-    status, out, error = run(*command, **environment)
-    out = re.sub(r"zppsAdd_64f leads (-?\d+) bytes on", lambda lead: f"build {build_at(library, int(lead.group(1)))}", out)
-    found = [line for line in out.splitlines() if "answers" not in line]
-    expected = [*first, *expected_answers(processor_type, column, build, control) * visits]
-    what = f"{' '.join(command)} {environment or ''}"[:400]
-    if status != 0 or found != expected:
-        return [f"{what}: status {status}, not {expected}:\n{out}{error}"]
-    print(f"{what}:", *out.splitlines(), sep=" | ")
-    return []
-
-
-def expect_refusal(*command):
-    got = run(*command)
-    if got != (127, "", REFUSAL):
-        return [f"{' '.join(command)}: not refused: {got}"]
-    print(f"{' '.join(command)}: refused with both texts and status 127")
-    return []
 
 
 def native_builds():
@@ -110,13 +82,36 @@ def native_builds():
 
 
 # No processor in use has the vendor that is trusted with the faster columns: natively all are type 0.
+def expect_answers(library, command, kind=0, column="px", build=None, control=0, visits=1, first=(), **environment):
+    status, out, error = run(*command, **environment)
+    out = re.sub(r"zppsAdd_64f leads (-?\d+) bytes on", lambda lead: f"build {build_at(library, int(lead[1]))}", out)
+    found = [line for line in out.splitlines() if "answers" not in line]
+    expected = [f"build {build or native_builds()[-1]}", f"type {kind}",
+                f"4.0.19.77 {column} zpps{column}l.lib v4.0 Oct 16 2003",
+                f"4.0.10.17 {column} zppvm{column}l.lib v4.0 Oct 20 2003",
+                f"flush to zero {control}, denormals are zero {control}"]
+    what = f"{' '.join(command)} {environment or ''}"[:400]
+    if status != 0 or found != [*first, *expected * visits]:
+        return [f"{what}: status {status}, not {first} and {visits} times {expected}:\n{out}{error}"]
+    print(f"{what}:", *out.splitlines(), sep=" | ")
+    return []
+
+
+def expect_refusal(*command):
+    got = run(*command)
+    if got != (127, "", REFUSAL):
+        return [f"{' '.join(command)}: not refused: {got}"]
+    print(f"{' '.join(command)}: refused with both texts and status 127")
+    return []
+
+
 def linked(*program_and_library):
     *program, library = program_and_library
-    return expect_answers(library, program, 0, "px", native_builds()[-1])
+    return expect_answers(library, program)
 
 
 def opened(*program):
-    return expect_answers(program[-1], program, 0, "px", native_builds()[-1], visits=2)
+    return expect_answers(program[-1], program, visits=2)
 
 
 def tuned(arch, *program):
@@ -126,27 +121,27 @@ def tuned(arch, *program):
         build = value if value in builds else builds[-1]
         if arch == "x86_64" and build == "x87":
             build = "sse2"
-        faults += expect_answers(program[-1], program, 0, "px", build, visits=2, ZPP_ISA=value)
-    return faults + ([] if object_code.WINDOWS else tuned_with_rights(*program, best=builds[-1]))
+        faults += expect_answers(program[-1], program, build=build, visits=2, ZPP_ISA=value)
+    return faults + ([] if object_code.WINDOWS else tuned_with_rights(*program))
 
 
-def tuned_with_rights(client, library, best):
+def tuned_with_rights(client, library):
     with tempfile.TemporaryDirectory() as folder:
         if os.geteuid() != 0 or os.statvfs(folder).f_flag & os.ST_NOSUID:
-            print("left out: only root can make a program, in a place that allows it, that runs with the rights of another")
+            print("left out: only root can make a program that runs with the rights of another, where that is allowed")
             return []
         os.chmod(folder, 0o755)
         command = [shutil.copy(file, folder) for file in (client, library)]
         os.chown(command[0], 65534, 65534)
         os.chmod(command[0], 0o4755)
         os.chmod(command[1], 0o755)
-        return expect_answers(library, command, 0, "px", best, visits=2, first=["more rights than the user"], ZPP_ISA="sse2")
+        return expect_answers(library, command, visits=2, first=["more rights than the user"], ZPP_ISA="sse2")
 
 
 def sealed(*program):
     """A write into a slot ends the program, be it the first or the last one."""
     faults = []
-    exports = (object_code.exports_of_dll if object_code.WINDOWS else object_code.exports_of_elf)(program[-1])[1]
+    exports = object_code.exports(program[-1])[1]
     for _, _, name, *_ in (min(exports), max(exports)):
         got = run(*program, name)
         print(f"writes into the slot of {name}: {got}")
@@ -162,10 +157,7 @@ def static(refused, library, source, headers, emulator, *compiler):
         for number, flags in enumerate((["-static"], ["-O2"], ["-ffunction-sections", "-Wl,--gc-sections"])):
             program = os.path.join(folder, f"{number}.exe")
             status, out, error = run(*compiler, *flags, "-I", headers, source, library, "-lm", "-o", program)
-            if status != 0:
-                faults += [out + error]
-                continue
-            faults += expect_answers(program, [*emulator, program], 0, "px", native_builds()[-1])
+            faults += [out + error] if status != 0 else expect_answers(program, [*emulator, program])
     if not emulator:
         return faults + expect_refusal(refused)
     os.environ.pop("DISPLAY", None)  # the message box, which the DLL's test shows and reads, would wait for its button
@@ -222,6 +214,4 @@ def emulated(tool, library, program, *incomplete):
 if __name__ == "__main__":
     os.environ.pop("ZPP_ISA", None)
     checks = (linked, opened, tuned, sealed, static, refused, message_box, emulated)
-    faults = {check.__name__: check for check in checks}[sys.argv[1]](*sys.argv[2:])
-    print(*faults, sep="\n", end="\n" if faults else "")
-    sys.exit(1 if faults else 0)
+    sys.exit(object_code.report({check.__name__: check for check in checks}[sys.argv[1]](*sys.argv[2:])))

@@ -27,6 +27,12 @@ def output(*command, **options):
     return subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True, **options).stdout
 
 
+def report(faults, *lines):
+    """Prints what was seen and what is wrong with it; returns the exit status."""
+    print(*lines, *faults[:40], *[f"and {len(faults) - 40} more"] * (len(faults) > 40), sep="\n")
+    return 1 if faults else 0
+
+
 def is_64_bit(file):
     return "x86-64" in output(OBJDUMP, "-f", file)
 
@@ -34,13 +40,16 @@ def is_64_bit(file):
 # --- The built library -----------------------------------------------------------------------------------------
 
 
+def preprocessed(headers, compiler, *flags):
+    return output(*compiler, "-x", "c", "-E", "-P", f"{headers}/zpp.h", *flags)
+
+
 def declared(headers, compiler):
     """The functions that a program sees, which must be those of the list mode too."""
-    preprocess = [*compiler, "-x", "c", "-E", "-P", f"{headers}/zpp.h"]
-    prototypes = re.sub(r"__attribute__\(\(\w+\)\)", "", output(*preprocess))  # __cdecl
+    prototypes = re.sub(r"__attribute__\(\(\w+\)\)", "", preprocessed(headers, compiler))  # __cdecl
     seen = re.findall(r"^extern [^;(]*?(\w+)\s*\(", prototypes, re.M)
     macros = ["-DZPP_LIST(r,n,a)=EXPORT:n", "-DZPP_LIST_SHARED=ZPP_LIST", "-DZPP_LIST_COLUMN=ZPP_LIST"]
-    listed = re.findall(r"EXPORT:(\w+)", output(*preprocess, *macros))
+    listed = re.findall(r"EXPORT:(\w+)", preprocessed(headers, compiler, *macros))
     if not seen or seen != listed:
         sys.exit(f"the headers declare {len(seen)} functions, their list mode {len(listed)}: {set(seen) ^ set(listed)}")
     return seen
@@ -61,6 +70,9 @@ def exports_of_elf(library):
     faults = [f"exported, but no function: {' '.join(row)}" for row in rows if len(row) != 4 or row[2] != "T"]
     named = [(row, *row[3].partition("@@")[::2]) for row in rows if len(row) == 4]
     return faults, [(int(row[0], 16), int(row[1], 16), name, version) for row, name, version in named]
+
+
+exports = exports_of_dll if WINDOWS else exports_of_elf
 
 
 def check_slots(library, count):
@@ -85,7 +97,7 @@ def check_marks(library, stubs):
 
 def check_exports(library, expected):
     """Exactly the expected functions, as stubs of 16 bytes one behind the other in the expected order."""
-    faults, stubs = (exports_of_dll if WINDOWS else exports_of_elf)(library)
+    faults, stubs = exports(library)
     stubs.sort()
     exported = [name for _, _, name, _ in stubs]
     faults += [f"exported, but not declared: {name}" for name in sorted(set(exported) - set(expected))]
@@ -351,10 +363,7 @@ def check_library(library, headers, *compiler):
 
 def main(check, *arguments):
     faults, summary = {"exports": check_library, "linkage": check_linkage, "objects": check_objects}[check](*arguments)
-    print(summary, *faults[:40], sep="\n")
-    if len(faults) > 40:
-        print(f"and {len(faults) - 40} more")
-    return 1 if faults else 0
+    return report(faults, summary)
 
 
 if __name__ == "__main__":

@@ -169,8 +169,7 @@ def main():
     found = object_code.check_linkage(make("c++", LINKAGE, *LINKAGE_FLAGS, suffix="so"), "9.9.9")[0]
     for complaint in LINKAGE_FAULTS:
         expect(f"linkage: {complaint}", True, [fault for fault in found if re.fullmatch(complaint, fault)])
-    print(f"{count} expectations of the checks, {len(wrong)} failed", *wrong, sep="\n")
-    return 1 if wrong else 0
+    return object_code.report(wrong, f"{count} expectations of the checks, {len(wrong)} failed")
 
 
 if __name__ == "__main__":

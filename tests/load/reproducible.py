@@ -8,16 +8,13 @@ build are made again and linked with the objects of the others: those come from 
 import filecmp
 import os
 import shutil
-import subprocess
 import sys
 import tempfile
 
+from object_code import output as run, report
+
 CMAKE, SOURCE, BINARY, LIBRARY, ISA, C, CXX = sys.argv[1:]
 NO_SOURCES = shutil.ignore_patterns("build", ".*")
-
-
-def run(*command, **options):
-    return subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True, **options).stdout
 
 
 def build(folder, build_type, *targets):
@@ -63,8 +60,7 @@ def main():
         again = build(os.path.join(folder, "again"), "Release", "zpp_frame", f"zpp_{ISA}")
         faults += differences(BINARY, again, objects(BINARY, "zpp_frame") + objects(BINARY, f"zpp_{ISA}"))
         faults += differences(BINARY, again, relink(again))
-    print(*faults, sep="\n", end="\n" if faults else "")
-    return 1 if faults else 0
+    return report(faults)
 
 
 if __name__ == "__main__":
