@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 namespace zpp::test {
 namespace {
 
@@ -17,8 +19,8 @@ bool has(std::uint32_t CpuidRegisters::*word, int bit) { return leafOfCurrent(1)
 
 }  // namespace
 
-ReplacedProcessor::ReplacedProcessor(const Processor& processor) {
-    current = &processor;
+ReplacedProcessor::ReplacedProcessor(Processor processor) : processor_(std::move(processor)) {
+    current = &processor_;
     cpuReader = {
         [] { return current->hasCpuid; },
         [](std::uint32_t leaf, std::uint32_t) {

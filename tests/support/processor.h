@@ -16,12 +16,16 @@ struct Processor {
     std::uint32_t mxcsrMask = 0xFFFF;
 };
 
+// Leaf 0 of the vendor that is trusted: "Genu" "ineV" "aren" in ebx, edx, ecx.
+inline constexpr CpuidRegisters kVaren = {7, 0x756E6547, 0x6E657261, 0x56656E69};
+
 class ReplacedProcessor {
   public:
-    explicit ReplacedProcessor(const Processor& processor);
+    explicit ReplacedProcessor(Processor processor);
     ~ReplacedProcessor();
 
   private:
+    Processor processor_;
     CpuReader saved_ = cpuReader;
 };
 
