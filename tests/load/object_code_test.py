@@ -70,13 +70,13 @@ STUBS = f""".text
 .endm
 .p2align 4
 """
-EXPORTS = [  # source, the declared functions, the complaints
-    (STUBS + "stub a 16\nstub b 16", "a b", []),
-    (STUBS + "stub a 16\nstub b 16", "a", ["exported, but not declared: b"]),
-    (STUBS + "stub a 16", "a b", ["declared, but not exported: b"]),
-    (STUBS + "stub a 16\nstub b 16", "b a", ["not in the order.*"]),
-    (STUBS + "stub a 20\nstub b 16", "a b", ["20 bytes: stub of a", "not 16 bytes behind.*: b"]),
-    (STUBS + "stub a 16\n.data\n.globl d\n.type d, @object\nd: .long 1\n.size d, 4", "a",
+EXPORTS = [  # source behind STUBS, the declared functions, the complaints
+    ("stub a 16\nstub b 16", "a b", []),
+    ("stub a 16\nstub b 16", "a", ["exported, but not declared: b"]),
+    ("stub a 16", "a b", ["declared, but not exported: b"]),
+    ("stub a 16\nstub b 16", "b a", ["not in the order.*"]),
+    ("stub a 20\nstub b 16", "a b", ["20 bytes: stub of a", "not 16 bytes behind.*: b"]),
+    ("stub a 16\n.data\n.globl d\n.type d, @object\nd: .long 1\n.size d, 4", "a",
      ["exported, but no function.* d@.*", ".*not declared: d"]),
 ]
 EXPORT_FLAGS = ["-shared", "-nostdlib"]
@@ -85,12 +85,12 @@ if not object_code.WINDOWS:
     SCRIPT = os.path.join(FOLDER.name, "versions")
     with open(SCRIPT, "w", encoding="ascii") as file:
         file.write("ZPP_4 { global: *; };")
-    MORE_EXPORTS += [(STUBS + "stub a 16", "a", ["of version '': a"], EXPORT_FLAGS)]
+    MORE_EXPORTS += [("stub a 16", "a", ["of version '': a"], EXPORT_FLAGS)]
     EXPORT_FLAGS = [*EXPORT_FLAGS, f"-Wl,--version-script={SCRIPT}"]
 if MARK:
-    MORE_EXPORTS += [(STUBS + "stub a 16", "a", ["not marked for IBT and SHSTK"], EXPORT_FLAGS)]
+    MORE_EXPORTS += [("stub a 16", "a", ["not marked for IBT and SHSTK"], EXPORT_FLAGS)]
     EXPORT_FLAGS = [*EXPORT_FLAGS, "-Wl,-z,ibt,-z,shstk"]
-    EXPORTS += [(STUBS + "stub a 16\nstub b 16 nop", "a b", ["begins without endbr64: b"])]
+    EXPORTS += [("stub a 16\nstub b 16 nop", "a b", ["begins without endbr64: b"])]
 SLOTS = [  # what stands before and in the slots, their number, whether that is refused
     ("", 4096, 512, False), ("", 4096, 1025, True), (".zero 8", 4088, 100, True), ("", 4088, 100, True)]
 if object_code.WINDOWS:
@@ -101,7 +101,7 @@ if object_code.WINDOWS:
 .endm
 .text\n.p2align 4
 """
-    EXPORTS = [(STUBS + source.partition(".p2align 4\n")[2], *rest) for source, *rest in EXPORTS[:4]]
+    EXPORTS = EXPORTS[:4]
 LINKAGE = "#include <new>\nint* p; extern int other; __attribute__((constructor)) void early() { p = new int[9]; }\n" \
           'asm(".pushsection .text\\n.long 0, 0\\n.%s other\\n.popsection");' % ("long" if ARCH == "i386" else "quad")
 LINKAGE_FLAGS = ["-shared", "-fPIC", "-fvisibility=hidden", "-w",
@@ -160,7 +160,7 @@ def main():
         path = make("c++", source, "-c", "-std=c++20", "-fno-threadsafe-statics")
         expect(f"symbols: {source!r}", complaints, object_code.check_symbols("sse2", [path])[0])
     for source, names, complaints, flags in [(*row, EXPORT_FLAGS) for row in EXPORTS] + MORE_EXPORTS:
-        library = make("assembler", source, *flags, suffix="so")
+        library = make("assembler", STUBS + source, *flags, suffix="so")
         expect(f"exports: {names}", complaints, object_code.check_exports(library, names.split())[0])
     for before, size, number, refused in SLOTS:
         slots = f"{object_code.C_PREFIX}zpp_slots"
