@@ -32,12 +32,7 @@ void convertElements(const From* src, To* dst, size_t len) {
         forEachStep<kLanes<double>>(
             len * (sizeof(To) / sizeof(Scalar)), to, sizeof(Scalar),
             [=](auto lanes, size_t i) { return loadAsDoubles<decltype(lanes)::value>(from + i); },
-            [=](auto, size_t i, auto v) {
-                if constexpr (std::is_same_v<Scalar, float>)
-                    storeAsFloats(to + i, v);
-                else
-                    store(to + i, v);
-            });
+            [=](auto, size_t i, auto v) { storeFromDoubles(to + i, v); });
     }
 }
 
