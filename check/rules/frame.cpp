@@ -18,6 +18,7 @@ std::uint64_t callWith(const Function& f, int value, std::string& complaint) {
     return result;
 }
 
+// On 32 bits the upper half of the result register is not the function's.
 template <class T>
 T* asPointer(std::uint64_t result) {
     return reinterpret_cast<T*>(static_cast<std::uintptr_t>(result));
@@ -58,13 +59,14 @@ std::string checkClocks(const Function& f, const std::string&) {
 
 std::string checkMalloc(const Function& f, const std::string&) {
     std::string complaint;
-    if (callWith(f, 0, complaint) != 0) complaint = "allocates nothing";
+    if (asPointer<void>(callWith(f, 0, complaint)) != nullptr) complaint = "allocates where it must not";
     for (const int len : {1, 31, 1000}) {
-        const std::uint64_t block = callWith(f, len, complaint);
+        void* block = asPointer<void>(callWith(f, len, complaint));
         if (!complaint.empty()) break;
-        if (block == 0 || block % 32 != 0) return "gives no block aligned to 32 bytes";
-        std::memset(asPointer<void>(block), 0xA5, static_cast<std::size_t>(len) * 4);
-        zppsFree(asPointer<void>(block));
+        if (block == nullptr || reinterpret_cast<std::uintptr_t>(block) % 32 != 0)
+            return "gives no block aligned to 32 bytes";
+        std::memset(block, 0xA5, static_cast<std::size_t>(len) * 4);
+        zppsFree(block);
     }
     return complaint;
 }
