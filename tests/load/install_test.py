@@ -134,7 +134,7 @@ def code(library):
 
 def parent(folder):
     """Compares the code, to the byte: a flag of the parent that reaches the library shows in it, whatever it does."""
-    build, compiled = os.path.join(folder, "parent-build"), None
+    build = os.path.join(folder, "parent-build")
     own = shutil.copy(os.path.join(BINARY, f"libzpp.so.{VERSION}"), folder)
     for kind, shared in (("shared, by FetchContent", "ON"), ("static, by add_subdirectory", "OFF")):
         prefix = os.path.join(folder, shared)

@@ -21,7 +21,7 @@ TEST_P(FftSpec, ChecksInOrder) {
         EXPECT_EQ(kind.init(nullptr, 31, 0, 0), zppStatusNullPointer);
         for (const Row& row : {Row{31, 0, 0, zppStatusFftOrder},
                                {-1, 0, 0, zppStatusFftOrder},
-                               {5, 0, 0, zppStatusAllocationFailed},  // of the specification
+                               {5, 0, 0, zppStatusAllocationFailed},  // of the object
                                {5, 0, 1, zppStatusFftFlag},
                                {0, 3, kNone, zppStatusFftFlag},
                                {5, 5, kNone, zppStatusFftFlag},
