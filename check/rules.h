@@ -88,7 +88,7 @@ struct Rules {
     const char* neverShared = "";  // functions of which no destination may be the same array as a source
 };
 
-extern const Rules kFrameRules, kArithRules, kDataRules, kFilterRules, kTransformRules;
+extern const Rules kFrameRules, kArithRules, kDataRules, kStatsRules, kFilterRules, kTransformRules;
 
 // Null if there are none.
 const Rules* rulesOf(const std::string& folder);

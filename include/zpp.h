@@ -13,5 +13,6 @@
 /* The order of these headers is the order of the Dispatch table. */
 #include "zpp/arith.h"
 #include "zpp/data.h"
+#include "zpp/stats.h"
 #include "zpp/filter.h"
 #include "zpp/transform.h"
