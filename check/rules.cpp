@@ -7,7 +7,8 @@
 namespace zpp::check {
 namespace {
 
-const Rules* const kRules[] = {&kFrameRules, &kArithRules, &kDataRules, &kStatsRules, &kFilterRules, &kTransformRules};
+const Rules* const kRules[] = {&kFrameRules, &kArithRules,  &kDataRules,
+                               &kStatsRules, &kFilterRules, &kTransformRules};
 
 // What is the same in all folders.
 const Extent kLength = stated("*", "pSrc* pDst*", 1);
