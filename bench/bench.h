@@ -1,23 +1,28 @@
-// What the benchmarks share. A timed case is named "<case>/<who>/<size>", for instance "Add_64f/zpp/1024":
+// What the benchmarks share. A timed case is named "<job>/<who>/<size>", for instance "Add_64f/zpp/1024":
 // bench/compare sets the cases that differ in <who> alone side by side.
 #pragma once
 
 #include <benchmark/benchmark.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
+#include <vector>
 
 #include "zpp.h"
 
 namespace zpp::bench {
 
-// Of the sizes timed: the overhead of a call, the first-level cache, the memory.
-inline constexpr int kSizes[] = {64, 1024, 1 << 20};
-inline constexpr int kLargest = 1 << 20;
+inline constexpr int kLargest = 1 << 20;  // of the sizes of every job
+inline constexpr int kHuge = 1 << 23;     // of those that are timed beyond the last cache too
+
+// Whether the case is to be timed in this process.
+bool isWanted(const std::string& job, const std::string& who);
 
 // Runs `body()`, which reads and writes `bytes` bytes in all, under the name of the case.
 template <class Body>
 void add(const std::string& what, const char* who, int size, size_t bytes, Body body) {
+    if (!isWanted(what, who)) return;
     const std::string name = what + "/" + who + "/" + std::to_string(size);
     benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
         for (auto iteration : state) {
@@ -29,11 +34,18 @@ void add(const std::string& what, const char* who, int size, size_t bytes, Body 
     });
 }
 
-// Vectors of 2 * kLargest complex elements and a little more, the same ones for every case. Sources hold
-// values of either sign and of magnitude 1 to 2, so that nothing becomes subnormal or zero on the way.
-Zpp64f* source(int which);  // 0 or 1
-Zpp64f* destination();
-
+// Vectors of doubles of either sign and of magnitude 1 to 2, so that nothing becomes subnormal or zero on the
+// way, the same ones for every case: 2 * kLargest complex elements and a little more. The first two are
+// sources, the third one is written to.
+inline constexpr int kVectors = 3;
+Zpp64f* doubles(int which);
+inline Zpp64f* source(int which) { return doubles(which); }
+inline Zpp64f* destination() { return doubles(2); }
 inline Zpp64fc* complexVector(Zpp64f* vector) { return reinterpret_cast<Zpp64fc*>(vector); }
+
+// What there is to time: the jobs (jobs.h), and others.
+void registerJobs();
+void registerFilters();
+void registerTransforms();
 
 }  // namespace zpp::bench

@@ -1,7 +1,8 @@
 // FIR filters: beside the plain loop, and beside as many fused multiply-adds as the convolution sum has, at
 // the processor's peak, which direct filtering cannot beat.
 #include "bench/bench.h"
-#include "bench/plain.h"
+#include "bench/peers/fir.h"
+#include "bench/peers/limits.h"
 
 namespace zpp::bench {
 namespace {
@@ -44,9 +45,9 @@ template <class T, class Filter>
 void compare(const std::string& what, int tapsLen, int products, Filter filter) {
     for (const int len : kLengths) {
         time<T>(what, "zpp", len, [=] { filter(len); });
-        time<T>(what, "plain", len, [=] { plain::fir(signal<T>(), result<T>(), len, taps<T>(), tapsLen); });
+        time<T>(what, "plain", len, [=] { peers::fir(signal<T>(), result<T>(), len, taps<T>(), tapsLen); });
         const long long count = static_cast<long long>(len) * tapsLen * products;
-        time<T>(what, "peak", len, [=] { benchmark::DoNotOptimize(plain::multiplyAdds(count)); });
+        time<T>(what, "limit", len, [=] { benchmark::DoNotOptimize(peers::multiplyAdds(count)); });
     }
 }
 
@@ -56,21 +57,20 @@ void compareReal(const std::string& what, int tapsLen) {
                     [=](int len) { zppsFIR_64f(signal<Zpp64f>(), result<Zpp64f>(), len, state); });
 }
 
-// With the FFT, beside direct filtering.
+// With the FFT.
 void compareFft(const std::string& what, int tapsLen) {
-    ZppsFIRState* direct = directState<Zpp64f>(tapsLen, zppsFIRGetStateSize_64f, zppsFIRInit_64f);
     ZppsFIRState* state = nullptr;
     zppsFIRInitAlloc_64f(&state, taps<Zpp64f>(), tapsLen, nullptr);
     for (const int len : {4096, 1 << 18}) {
-        const auto filter = [=](ZppsFIRState* by) {
-            return [=] { zppsFIR_64f(signal<Zpp64f>(), result<Zpp64f>(), len, by); };
-        };
-        time<Zpp64f>(what, "zpp", len, filter(state));
-        time<Zpp64f>(what, "direct", len, filter(direct));
+        time<Zpp64f>(what, "zpp", len, [=] { zppsFIR_64f(signal<Zpp64f>(), result<Zpp64f>(), len, state); });
+        time<Zpp64f>(what, "plain", len,
+                     [=] { peers::fir(signal<Zpp64f>(), result<Zpp64f>(), len, taps<Zpp64f>(), tapsLen); });
     }
 }
 
-[[maybe_unused]] const bool registered = [] {
+}  // namespace
+
+void registerFilters() {
     compareReal("FIR_64f_8taps", 8);
     compareReal("FIR_64f_64taps", 64);
     compareReal("FIR_64f_1024taps", 1024);
@@ -85,8 +85,8 @@ void compareFft(const std::string& what, int tapsLen) {
         add("FIR64f_32f_64taps", "zpp", len, 8 * static_cast<size_t>(len),
             [=] { zppsFIR64f_32f(samples, filtered, len, singleState); });
         const long long count = 64LL * len;
-        add("FIR64f_32f_64taps", "peak", len, 8 * static_cast<size_t>(len),
-            [=] { benchmark::DoNotOptimize(plain::multiplyAdds(count)); });
+        add("FIR64f_32f_64taps", "limit", len, 8 * static_cast<size_t>(len),
+            [=] { benchmark::DoNotOptimize(peers::multiplyAdds(count)); });
     }
 
     compare<Zpp64f>("FIR_Direct_64f_64taps", 64, 1, [](int len) {
@@ -99,12 +99,10 @@ void compareFft(const std::string& what, int tapsLen) {
     time<Zpp64f>("FIROne_64f_64taps", "zpp", 1,
                  [=] { zppsFIROne_64f(*signal<Zpp64f>(), result<Zpp64f>(), oneState); });
     time<Zpp64f>("FIROne_64f_64taps", "plain", 1,
-                 [] { plain::fir(signal<Zpp64f>(), result<Zpp64f>(), 1, taps<Zpp64f>(), 64); });
+                 [] { peers::fir(signal<Zpp64f>(), result<Zpp64f>(), 1, taps<Zpp64f>(), 64); });
 
     compareFft("FIRFft_64f_64taps", 64);
     compareFft("FIRFft_64f_1024taps", 1024);
-    return true;
-}();
+}
 
-}  // namespace
 }  // namespace zpp::bench

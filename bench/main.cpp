@@ -1,30 +1,28 @@
+#include <algorithm>
 #include <cstring>
-#include <random>
+#include <regex>
 
 #include "bench/bench.h"
 
 namespace zpp::bench {
 namespace {
 
-Zpp64f* makeVector(unsigned seed) {
-    constexpr int len = 4 * kLargest + 64;
-    Zpp64f* vector = zppsMalloc_64f(len);
-    std::mt19937 random(seed);
-    std::uniform_real_distribution<double> magnitude(1, 2);
-    for (int i = 0; i < len; ++i) vector[i] = random() & 1 ? magnitude(random) : -magnitude(random);
-    return vector;
+std::regex wantedJob(""), wantedWho("");
+
+// Takes --job=REGEX and --who=REGEX out of the arguments.
+bool readWanted(const std::string& argument) {
+    for (auto& [option, expression] : {std::pair{"--job=", &wantedJob}, {"--who=", &wantedWho}})
+        if (argument.starts_with(option)) {
+            *expression = std::regex(argument.substr(std::strlen(option)));
+            return true;
+        }
+    return false;
 }
 
 }  // namespace
 
-Zpp64f* source(int which) {
-    static Zpp64f* const vectors[] = {makeVector(1), makeVector(2)};
-    return vectors[which];
-}
-
-Zpp64f* destination() {
-    static Zpp64f* const vector = makeVector(3);
-    return vector;
+bool isWanted(const std::string& job, const std::string& who) {
+    return std::regex_search(job, wantedJob) && std::regex_search(who, wantedWho);
 }
 
 }  // namespace zpp::bench
@@ -33,6 +31,10 @@ int main(int argc, char** argv) {
     const ZppLibraryVersion* version = zppsGetLibVersion();
     benchmark::AddCustomContext("zpp_version", version->Version);
     benchmark::AddCustomContext("zpp_column", version->targetCpu);
+    argc = static_cast<int>(std::remove_if(argv + 1, argv + argc, zpp::bench::readWanted) - argv);
+    zpp::bench::registerJobs();
+    zpp::bench::registerTransforms();
+    zpp::bench::registerFilters();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
     return benchmark::RunSpecifiedBenchmarks() > 0 ? 0 : 1;

@@ -1,11 +1,10 @@
 // FFT and packed spectra, beside FFTW with measured plans: out of place, single-threaded, both with all
 // memory that they need allocated before.
 #include <algorithm>
-#include <cstring>
 #include <memory>
 #include <optional>
 
-#include "bench/bench.h"
+#include "bench/jobs.h"
 
 #ifdef ZPP_HAVE_FFTW
 #include <fftw3.h>
@@ -24,6 +23,7 @@ size_t traffic(int order, size_t bytesPerPoint) { return (2 * bytesPerPoint) << 
 // plan stays for the further repetitions, to the end of the program.
 template <class Prepare>
 void addPlanned(const char* what, const char* who, int order, size_t bytesPerPoint, Prepare prepare) {
+    if (!isWanted(what, who)) return;
     const std::string name = std::string(what) + "/" + who + "/" + std::to_string(1 << order);
     const auto prepared = std::make_shared<std::optional<decltype(prepare(order))>>();
     benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
@@ -75,7 +75,15 @@ fftw_plan filled(fftw_plan plan) {
     return plan;
 }
 
+// Measured plans are kept beside the program's other results: to measure takes longer than to time.
+struct KeptPlans {
+    static constexpr const char* kFile = "fftw.wisdom";
+    KeptPlans() { fftw_import_wisdom_from_filename(kFile); }
+    ~KeptPlans() { fftw_export_wisdom_to_filename(kFile); }
+};
+
 void addFftw() {
+    static const KeptPlans kept;
     const auto complex = [](int which) { return reinterpret_cast<fftw_complex*>(scratch(which)); };
     timeFftw("FFT_C_64fc", 16, [=](int n) {
         return filled(fftw_plan_dft_1d(n, complex(0), complex(1), FFTW_FORWARD, FFTW_MEASURE));
@@ -98,7 +106,9 @@ void addFftw() {
 void addFftw() {}
 #endif
 
-[[maybe_unused]] const bool registered = [] {
+}  // namespace
+
+void registerTransforms() {
     const Zpp64f* src = source(0);
     Zpp64f* dst = destination();
     const Zpp64fc* complexSrc = complexVector(source(0));
@@ -115,14 +125,10 @@ void addFftw() {}
     timeOurs("FFTInv_R_64f", 8, zppsFFTInitAlloc_R_64f, zppsFFTGetBufSize_R_64f,
              [=](auto* spec, auto* buffer) { zppsFFTInv_CCSToR_64f(src, dst, spec, buffer); });
     addFftw();
+}
 
-    for (const int len : kSizes) {
-        const size_t bytes = 3 * sizeof(Zpp64f) * static_cast<size_t>(len);
-        add("MulPerm_64f", "zpp", len, bytes, [=] { zppsMulPerm_64f(src, source(1), dst, len); });
-        add("MulPerm_64f", "memcpy", len, bytes, [=] { memcpy(dst, src, bytes / 2); });
-    }
-    return true;
-}();
+namespace {
+[[maybe_unused]] const Jobs packed = {{"MulPerm_64f", 24, timed<zppsMulPerm_64f>}};
+}
 
-}  // namespace
 }  // namespace zpp::bench

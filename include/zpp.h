@@ -10,9 +10,11 @@
  * loaded: on Windows with a message box, elsewhere with two lines on standard error and exit status 127.
  */
 #include "zpp/frame.h"
-/* The order of these headers is the order of the Dispatch table. */
+/* The order of these headers is the order of the Dispatch table.
+ * clang-format off */
 #include "zpp/arith.h"
 #include "zpp/data.h"
 #include "zpp/stats.h"
 #include "zpp/filter.h"
 #include "zpp/transform.h"
+/* clang-format on */

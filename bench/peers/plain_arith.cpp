@@ -1,0 +1,52 @@
+#include "bench/peers/plain.h"
+
+namespace zpp::bench {
+namespace {
+
+using C = Zpp64fc;
+
+constexpr C times(C a, C b) { return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re}; }
+void addProduct(const double* __restrict a, const double* __restrict b, double* __restrict dst, int len) {
+    for (int i = 0; i < len; ++i) dst[i] += a[i] * b[i];
+}
+void addProductComplex(const C* __restrict a, const C* __restrict b, C* __restrict dst, int len) {
+    for (int i = 0; i < len; ++i) {
+        const C p = times(a[i], b[i]);
+        dst[i] = {dst[i].re + p.re, dst[i].im + p.im};
+    }
+}
+void addTo(const double* __restrict a, double* __restrict dst, int len) {
+    for (int i = 0; i < len; ++i) dst[i] += a[i];
+}
+template <auto kOp, class T>
+void constantLoop(const T* __restrict a, T val, T* __restrict dst, int len) {
+    for (int i = 0; i < len; ++i) dst[i] = kOp(a[i], val);
+}
+template <class T, auto kOp>
+constexpr auto withConstant = timed<constantLoop<kOp, T>>;
+
+[[maybe_unused]] const Peers floating(
+    kWho, {
+              {"Add_64f", map<[](double a, double b) { return a + b; }>},
+              {"Sub_64f", map<[](double a, double b) { return b - a; }>},
+              {"Mul_64f", map<[](double a, double b) { return a * b; }>},
+              {"Div_64f", map<[](double a, double b) { return b / a; }>},
+              {"AddProduct_64f", timed<addProduct>},
+              {"Add_64f_I", timed<addTo>},
+              {"AddC_64f", withConstant<double, [](double a, double val) { return a + val; }>},
+              {"MulC_64f", withConstant<double, [](double a, double val) { return a * val; }>},
+              {"SubCRev_64f", withConstant<double, [](double a, double val) { return val - a; }>},
+              {"Add_64fc", map<[](C a, C b) {
+                   return C{a.re + b.re, a.im + b.im};
+               }>},
+              {"Mul_64fc", map<[](C a, C b) { return times(a, b); }>},
+              {"Div_64fc", map<[](C a, C b) {
+                   const double inverse = 1.0 / (a.re * a.re + a.im * a.im);
+                   return C{(b.re * a.re + b.im * a.im) * inverse, (b.im * a.re - b.re * a.im) * inverse};
+               }>},
+              {"AddProduct_64fc", timed<addProductComplex>},
+              {"MulC_64fc", withConstant<C, [](C a, C val) { return times(a, val); }>},
+          });
+
+}  // namespace
+}  // namespace zpp::bench

@@ -1,0 +1,32 @@
+// Reductions: their limit is to load what they read.
+#include "bench/jobs.h"
+
+namespace zpp::bench {
+namespace {
+
+[[maybe_unused]] const Reductions reductions = {
+    {"Sum_64f", 8, timed<zppsSum_64f>, true},
+    {"Sum_64fc", 16, timed<zppsSum_64fc>},
+#if 0
+    {"Sum_32s_Sfs", 4, timed<zppsSum_32s_Sfs, 3>},
+    {"StdDev_64f", 8, timed<zppsStdDev_64f>},
+    {"Max_64f", 8, timed<zppsMax_64f>},
+    {"MaxIndx_64f", 8, timed<zppsMaxIndx_64f>},
+    {"MinMax_64f", 8, timed<zppsMinMax_64f>},
+    {"MinMax_32s", 4, timed<zppsMinMax_32s>},
+    {"MinMaxIndx_64f", 8, timed<zppsMinMaxIndx_64f>},
+    {"MaxOrder_64f", 8, timed<zppsMaxOrder_64f>},
+    {"Norm_Inf_64f", 8, timed<zppsNorm_Inf_64f>},
+    {"Norm_L1_64f", 8, timed<zppsNorm_L1_64f>},
+    {"Norm_L2_64f", 8, timed<zppsNorm_L2_64f>},
+    {"Norm_L1_64fc64f", 16, timed<zppsNorm_L1_64fc64f>},
+    {"NormDiff_L2_64f", 16, timed<zppsNormDiff_L2_64f>},
+    {"DotProd_64f", 16, timed<zppsDotProd_64f>},
+    {"DotProd_64fc", 32, timed<zppsDotProd_64fc>},
+    {"DotProd_32f64f", 8, timed<zppsDotProd_32f64f>},
+    {"DotProd_32s_Sfs", 8, timed<zppsDotProd_32s_Sfs, 20>},
+#endif
+};
+
+}  // namespace
+}  // namespace zpp::bench
