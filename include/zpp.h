@@ -10,8 +10,8 @@
  * loaded: on Windows with a message box, elsewhere with two lines on standard error and exit status 127.
  */
 #include "zpp/frame.h"
-/* The order of these headers is the order of the Dispatch table.
- * clang-format off */
+/* The order of these headers is the order of the Dispatch table. */
+/* clang-format off */
 #include "zpp/arith.h"
 #include "zpp/data.h"
 #include "zpp/stats.h"
