@@ -53,17 +53,25 @@ ZPP_INLINE V squaredNorm(Complex<V> a) {
     return stored(product(a.im, a.im) + product(a.re, a.re));
 }
 
+template <class V>
+ZPP_INLINE V magnitude(Complex<V> a) {
+    return stored(squareRoot(squaredNorm(a)));
+}
+
+// Complex numbers of two registers, parts beside each other.
+template <class V>
+ZPP_INLINE Complex<V> takenApart(V a, V b) {
+    if constexpr (std::is_same_v<V, double>)
+        return {a, b};
+    else
+        return {evenLanes(a, b), oddLanes(a, b)};
+}
+
 // N complex numbers from memory, of doubles, singles or integers: one de-interleaving load. Their order in
 // the registers is that of evenLanes.
 template <int N, class T>
 ZPP_INLINE Complex<Vec<double, N>> loadComplex(const T* p) {
-    using V = Vec<double, N>;
-    const V a = loadAsDoubles<N>(p);
-    const V b = loadAsDoubles<N>(p + N);
-    if constexpr (N == 1)
-        return {a, b};
-    else
-        return {evenLanes(a, b), oddLanes(a, b)};
+    return takenApart(loadAsDoubles<N>(p), loadAsDoubles<N>(p + N));
 }
 
 // The inverse of loadComplex, to doubles or singles.

@@ -58,6 +58,9 @@ struct VectorOf<T, 1> {
     using Type = T;
 };
 
+// Registers of vectors.
+inline constexpr int kRegisters = sizeof(void*) == 4 ? 8 : kVectorBytes == 64 ? 32 : 16;
+
 template <class T, int N = kLanes<T>>
 using Vec = typename VectorOf<T, N>::Type;
 
@@ -115,7 +118,36 @@ ZPP_INLINE V max(V a, V b) {
     if constexpr (std::is_same_v<V, Vec<float, 8>>) return _mm256_max_ps(a, b);
     if constexpr (std::is_same_v<V, Vec<double, 4>>) return _mm256_max_pd(a, b);
 #endif
+#ifdef __AVX512F__
+    if constexpr (std::is_same_v<V, Vec<double, 8>>) return _mm512_maskz_max_pd(0xFF, a, b);
+#endif
     return a > b ? a : b;
+}
+
+// |v| of doubles.
+template <class V>
+ZPP_INLINE V magnitude(V v) {
+    if constexpr (std::is_same_v<V, double>)
+        return __builtin_fabs(v);
+    else
+        return bitCast<V>(bitCast<Vec<int64_t, sizeof(V) / 8>>(v) & 0x7FFFFFFFFFFFFFFF);
+}
+
+template <class V>
+ZPP_INLINE V squareRoot(V v) {
+    if constexpr (std::is_same_v<V, double>) return __builtin_sqrt(v);
+#ifdef __SSE2__
+    else if constexpr (sizeof(V) == 16)
+        return _mm_sqrt_pd(v);
+#endif
+#ifdef __AVX2__
+    else if constexpr (sizeof(V) == 32)
+        return _mm256_sqrt_pd(v);
+#endif
+#ifdef __AVX512F__
+    else
+        return _mm512_maskz_sqrt_pd(0xFF, v);
+#endif
 }
 
 // Whether a comparison held in any lane.
@@ -173,10 +205,50 @@ ZPP_INLINE V pinned(V v) {
     return v;
 }
 
+// An array that is in memory here, whole: of what a loop has too few registers for a compiler otherwise keeps
+// some elements in registers, and spills what the loop works on.
+template <class T, int N>
+ZPP_INLINE void inMemory(T (&array)[N]) {
+    __asm__("" : "+m"(array));
+}
+
 // Lanes of the concatenation of a and b, chosen by index.
 template <int... I, class V>
 ZPP_INLINE V shuffle(V a, V b) {
     return __builtin_shufflevector(a, b, I...);
+}
+
+// The lower and the upper half of a vector of 64-bit lanes.
+template <class V>
+ZPP_INLINE auto lowHalf(V v) {
+    if constexpr (sizeof(V) == 64)
+        return __builtin_shufflevector(v, v, 0, 1, 2, 3);
+    else if constexpr (sizeof(V) == 32)
+        return __builtin_shufflevector(v, v, 0, 1);
+    else
+        return v[0];
+}
+template <class V>
+ZPP_INLINE auto highHalf(V v) {
+    if constexpr (sizeof(V) == 64)
+        return __builtin_shufflevector(v, v, 4, 5, 6, 7);
+    else if constexpr (sizeof(V) == 32)
+        return __builtin_shufflevector(v, v, 2, 3);
+    else
+        return v[1];
+}
+
+// N lanes, two of each lane of v; of a single number, one or two.
+template <int N, class V>
+ZPP_INLINE Vec<double, N> eachTwice(V v) {
+    if constexpr (N == 8)
+        return __builtin_shufflevector(v, v, 0, 0, 1, 1, 2, 2, 3, 3);
+    else if constexpr (N == 4)
+        return __builtin_shufflevector(v, v, 0, 0, 1, 1);
+    else if constexpr (N == 2)
+        return Vec<double, 2>{v, v};
+    else
+        return v;
 }
 
 // The even and the odd lanes of two vectors of doubles, taken from a and b in turn: a0 b0 a2 b2 ... and

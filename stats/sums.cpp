@@ -1,15 +1,70 @@
 // Sums, means and deviations.
 #include "core/reduce.h"
+#include "core/scale.h"
 #include "stats/exports.h"
 
 namespace zpp::ZPP_ISA {
 namespace {
 
-constexpr auto itself = [](auto x) { return x; };
+template <class T>
+ZppStatus mean(const T* pSrc, int len, T* pMean) {
+    return sumOf(
+        itself, [=](double sum) { return quotient(sum, len); }, pMean, len, pSrc);
+}
+
+// The sum of elements, and the sum of their squares.
+ZPP_INLINE Halves<double> sumsOfPowers(const Zpp64f* pSrc, int len) {
+    constexpr int n = kLanes<double>;
+    constexpr auto addBoth = [](auto sums, auto terms)
+                                 ZPP_INLINE_LAMBDA { return mapRegisters(addTerm, sums, terms); };
+    Halves<Vec<double>> running[kRunning / n];
+    reduceAll<n>(
+        running, static_cast<size_t>(len),
+        [=](size_t i, auto... count) ZPP_INLINE_LAMBDA {
+            const auto x = loadAsDoubles<n>(pSrc + i, count...);
+            return halves(x, product(x, x));
+        },
+        addBoth);
+    const auto sums = foldRegisters<n, 1>(running, addBoth);
+    return {foldLanes<1>(sums.low, addTerm), foldLanes<1>(sums.high, addTerm)};
+}
 
 }  // namespace
 
-ZppStatus zppsSum_64f(const Zpp64f* pSrc, int len, Zpp64f* pSum) { return sumOf(itself, pSum, len, pSrc); }
-ZppStatus zppsSum_64fc(const Zpp64fc* pSrc, int len, Zpp64fc* pSum) { return sumOf(itself, pSum, len, pSrc); }
+ZppStatus zppsSum_64f(const Zpp64f* pSrc, int len, Zpp64f* pSum) {
+    return sumOf(itself, itself, pSum, len, pSrc);
+}
+ZppStatus zppsSum_64fc(const Zpp64fc* pSrc, int len, Zpp64fc* pSum) {
+    return sumOf(itself, itself, pSum, len, pSrc);
+}
+
+ZppStatus zppsSum_32s_Sfs(const Zpp32s* pSrc, int len, Zpp32s* pSum, int scaleFactor) {
+    if (const ZppStatus error = checkVectors(len, pSrc, pSum)) return error;
+    constexpr int n = kLanes<int64_t>;
+    constexpr auto add = [](auto a, auto b) { return a + b; };
+    Vec<int64_t> running[4];
+    reduceAll<n>(
+        running, static_cast<size_t>(len),
+        [=](size_t i, auto... count) ZPP_INLINE_LAMBDA { return loadAsLongs<n>(pSrc + i, count...); }, add);
+    const int64_t sum = foldLanes<1>(foldRegisters<n, 1>(running, add), add);
+    const Range<int64_t> range = {kRange<int32_t>.lower, kRange<int32_t>.upper};
+    return withScale(scaleFactor, range, [=](auto scale) {
+        *pSum = static_cast<Zpp32s>(scale(sum));
+        return zppStatusOk;
+    });
+}
+
+ZppStatus zppsMean_64f(const Zpp64f* pSrc, int len, Zpp64f* pMean) { return mean(pSrc, len, pMean); }
+ZppStatus zppsMean_64fc(const Zpp64fc* pSrc, int len, Zpp64fc* pMean) { return mean(pSrc, len, pMean); }
+
+ZppStatus zppsStdDev_64f(const Zpp64f* pSrc, int len, Zpp64f* pStdDev) {
+    const ZppStatus error = firstError(checkPointers(pSrc, pStdDev), require(len >= 2, zppStatusSizeError));
+    if (error != zppStatusOk) return error;
+    const DoublePrecision precision;
+    const auto [sum, squares] = sumsOfPowers(pSrc, len);
+    const double n = len, spread = stored(product(squares, n) - product(sum, sum));
+    *pStdDev = spread > 0 ? squareRoot(quotient(spread, product(n - 1, n))) : 0;
+    return zppStatusOk;
+}
 
 }  // namespace zpp::ZPP_ISA

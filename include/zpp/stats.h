@@ -6,12 +6,83 @@
 /* Sums, means and deviations
  *
  * Vectors hold len elements, results one. Sums are formed in double, in one order of additions, which depends
- * on len alone: the bits of a result are the same on every processor and for every alignment.
+ * on len alone: the bits of a result are the same on every processor and for every alignment, a NaN apart.
+ * The error of a sum of n terms is below (n / 32 + 6) * 2^-53 times the sum of their magnitudes. Overflow and
+ * cancellation are those of the formulas.
  *
  * Returned, in this order of checks: -8 for a null pointer; -6 for len < 1. */
 
 /* *pSum = the sum of all elements; complex: of each part. */
 ZPP_EXPORT(ZppStatus, zppsSum_64f, (const Zpp64f* pSrc, int len, Zpp64f* pSum))
 ZPP_EXPORT(ZppStatus, zppsSum_64fc, (const Zpp64fc* pSrc, int len, Zpp64fc* pSum))
+
+/* *pSum = the exact sum of all elements times 2^-scaleFactor, rounded to nearest, ties to even, and
+ * saturated. */
+ZPP_EXPORT(ZppStatus, zppsSum_32s_Sfs, (const Zpp32s* pSrc, int len, Zpp32s* pSum, int scaleFactor))
+
+/* *pMean = the sum of all elements, divided by len. */
+ZPP_EXPORT(ZppStatus, zppsMean_64f, (const Zpp64f* pSrc, int len, Zpp64f* pMean))
+ZPP_EXPORT(ZppStatus, zppsMean_64fc, (const Zpp64fc* pSrc, int len, Zpp64fc* pMean))
+
+/* *pStdDev = the standard deviation of a sample: the square root of D / ((n - 1) * n), where n is len and D
+ * is n times the sum of the squares less the square of the sum. Where D is not above 0, which is so where
+ * cancellation leaves nothing of it, and for data with a NaN or an infinity, the result is 0.0.
+ * Returned: -8 for a null pointer; -6 for len < 2. */
+ZPP_EXPORT(ZppStatus, zppsStdDev_64f, (const Zpp64f* pSrc, int len, Zpp64f* pStdDev))
+
+/* Norms and dot products
+ *
+ * Vectors hold len elements, results one. All is computed in double, every operation rounded, and summed as
+ * above: the bits of a result are the same on every processor and for every alignment, a NaN apart. The
+ * magnitude of a complex number is sqrt(re * re + im * im) as it stands: infinite where a square is, 0 where
+ * both squares are.
+ *
+ * Returned, in this order of checks: -8 for a null pointer; -6 for len < 1. */
+
+/* *pNorm = the largest magnitude (Inf; NaN does not count), the sum of the magnitudes (L1), or the square
+ * root of the sum of their squares (L2). */
+ZPP_EXPORT(ZppStatus, zppsNorm_Inf_64f, (const Zpp64f* pSrc, int len, Zpp64f* pNorm))
+ZPP_EXPORT(ZppStatus, zppsNorm_L1_64f, (const Zpp64f* pSrc, int len, Zpp64f* pNorm))
+ZPP_EXPORT(ZppStatus, zppsNorm_L2_64f, (const Zpp64f* pSrc, int len, Zpp64f* pNorm))
+ZPP_EXPORT(ZppStatus, zppsNorm_Inf_64fc64f, (const Zpp64fc* pSrc, int len, Zpp64f* pNorm))
+ZPP_EXPORT(ZppStatus, zppsNorm_L1_64fc64f, (const Zpp64fc* pSrc, int len, Zpp64f* pNorm))
+ZPP_EXPORT(ZppStatus, zppsNorm_L2_64fc64f, (const Zpp64fc* pSrc, int len, Zpp64f* pNorm))
+ZPP_EXPORT(ZppStatus, zppsNorm_L1_32fc64f, (const Zpp32fc* pSrc, int len, Zpp64f* pNorm))
+ZPP_EXPORT(ZppStatus, zppsNorm_L2_32fc64f, (const Zpp32fc* pSrc, int len, Zpp64f* pNorm))
+
+/* The same of the difference of two vectors, each element of which is rounded. */
+ZPP_EXPORT(ZppStatus, zppsNormDiff_Inf_64f,
+           (const Zpp64f* pSrc1, const Zpp64f* pSrc2, int len, Zpp64f* pNorm))
+ZPP_EXPORT(ZppStatus, zppsNormDiff_L1_64f, (const Zpp64f* pSrc1, const Zpp64f* pSrc2, int len, Zpp64f* pNorm))
+ZPP_EXPORT(ZppStatus, zppsNormDiff_L2_64f, (const Zpp64f* pSrc1, const Zpp64f* pSrc2, int len, Zpp64f* pNorm))
+ZPP_EXPORT(ZppStatus, zppsNormDiff_Inf_64fc64f,
+           (const Zpp64fc* pSrc1, const Zpp64fc* pSrc2, int len, Zpp64f* pNorm))
+ZPP_EXPORT(ZppStatus, zppsNormDiff_L1_64fc64f,
+           (const Zpp64fc* pSrc1, const Zpp64fc* pSrc2, int len, Zpp64f* pNorm))
+ZPP_EXPORT(ZppStatus, zppsNormDiff_L2_64fc64f,
+           (const Zpp64fc* pSrc1, const Zpp64fc* pSrc2, int len, Zpp64f* pNorm))
+ZPP_EXPORT(ZppStatus, zppsNormDiff_L1_32fc64f,
+           (const Zpp32fc* pSrc1, const Zpp32fc* pSrc2, int len, Zpp64f* pNorm))
+ZPP_EXPORT(ZppStatus, zppsNormDiff_L2_32fc64f,
+           (const Zpp32fc* pSrc1, const Zpp32fc* pSrc2, int len, Zpp64f* pNorm))
+
+/* *pDp = the sum of pSrc1[i] * pSrc2[i], nothing conjugated. Elements are widened to double first; each part
+ * of a complex product is rounded as in zppsMul_64fc, then added. */
+ZPP_EXPORT(ZppStatus, zppsDotProd_64f, (const Zpp64f* pSrc1, const Zpp64f* pSrc2, int len, Zpp64f* pDp))
+ZPP_EXPORT(ZppStatus, zppsDotProd_64fc, (const Zpp64fc* pSrc1, const Zpp64fc* pSrc2, int len, Zpp64fc* pDp))
+ZPP_EXPORT(ZppStatus, zppsDotProd_64f64fc, (const Zpp64f* pSrc1, const Zpp64fc* pSrc2, int len, Zpp64fc* pDp))
+ZPP_EXPORT(ZppStatus, zppsDotProd_32f64f, (const Zpp32f* pSrc1, const Zpp32f* pSrc2, int len, Zpp64f* pDp))
+ZPP_EXPORT(ZppStatus, zppsDotProd_32fc64fc, (const Zpp32fc* pSrc1, const Zpp32fc* pSrc2, int len, Zpp64fc* pDp))
+ZPP_EXPORT(ZppStatus, zppsDotProd_32f32fc64fc, (const Zpp32f* pSrc1, const Zpp32fc* pSrc2, int len, Zpp64fc* pDp))
+
+/* The same of integers, summed in double too; the sum (each part of it) is multiplied by 2^-scaleFactor,
+ * where factors below -31 count as -31 and those above 93 as 93, rounded to nearest, ties to even, and
+ * saturated. It is exact while the sum is below 2^53. */
+ZPP_EXPORT(ZppStatus, zppsDotProd_32s_Sfs,
+           (const Zpp32s* pSrc1, const Zpp32s* pSrc2, int len, Zpp32s* pDp, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsDotProd_32sc_Sfs,
+           (const Zpp32sc* pSrc1, const Zpp32sc* pSrc2, int len, Zpp32sc* pDp, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsDotProd_32s32sc_Sfs,
+           (const Zpp32s* pSrc1, const Zpp32sc* pSrc2, int len, Zpp32sc* pDp, int scaleFactor))
 
 #endif

@@ -1,7 +1,6 @@
 #include "tests/core/kernels.h"
 
 #include "core/elementwise.h"
-#include "core/reduce.h"
 
 namespace zpp::ZPP_ISA {
 namespace {
@@ -25,15 +24,10 @@ ZppStatus convertComplex(const S* pSrc, D* pDst, int len) {
         [](D* p, auto v) ZPP_INLINE_LAMBDA { storeComplex(&p->re, v); }, pDst, len, pSrc);
 }
 
-template <class T>
-ZppStatus sum(const T* pSrc, int len, T* pSum) {
-    return sumOf([](auto x) { return x; }, pSum, len, pSrc);
-}
-
 }  // namespace
 
 extern const test::CoreKernels kCoreKernels;
-const test::CoreKernels kCoreKernels = {
-    scale64, addScaled, convertComplex, convertComplex, convertComplex, convertComplex, sum, sum};
+const test::CoreKernels kCoreKernels = {scale64,        addScaled,      convertComplex,
+                                        convertComplex, convertComplex, convertComplex};
 
 }  // namespace zpp::ZPP_ISA

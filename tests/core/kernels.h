@@ -18,9 +18,6 @@ struct CoreKernels {
     ZppStatus (*fromInts)(const Zpp32sc*, Zpp64fc*, int);
     ZppStatus (*fromWords)(const Zpp16sc*, Zpp64fc*, int);
     ZppStatus (*toSingles)(const Zpp64fc*, Zpp32fc*, int);
-    // The loop of reductions.
-    ZppStatus (*sum)(const Zpp64f*, int, Zpp64f*);
-    ZppStatus (*sumComplex)(const Zpp64fc*, int, Zpp64fc*);
 };
 
 }  // namespace zpp::test

@@ -1,11 +1,9 @@
 #include "tests/core/kernels.h"
 
 #include <climits>
-#include <cstring>
 
 #include "tests/support/binding.h"
 #include "tests/support/exact.h"
-#include "tests/support/rounded.h"
 #include "tests/support/table.h"
 
 #ifdef __i386__
@@ -83,25 +81,6 @@ TEST_P(Core, TakesComplexNumbersApart) {
                        drawnEachWay<Zpp16sc>(200));
     expectRow<Zpp32fc>("64fc", outOfPlace(kernels().toSingles), asSingles, Lengths::kEvery,
                        drawnEachWay<Zpp64fc>(200));
-}
-
-// The order of sums as it is promised, one double after the other.
-template <class T>
-T sumInOrder(const std::vector<T>& elements) {
-    constexpr std::size_t parts = sizeof(T) / sizeof(double);
-    std::vector<double> all(parts * elements.size()), values(32);
-    std::memcpy(all.data(), elements.data(), all.size() * sizeof(double));
-    for (std::size_t i = 0; i < all.size(); ++i) values[i % 32] = sum(values[i % 32], all[i]);
-    for (std::size_t half = 16; half >= parts; half /= 2)
-        for (std::size_t i = 0; i < half; ++i) values[i] = sum(values[i], values[i + half]);
-    T result;
-    std::memcpy(&result, values.data(), sizeof result);
-    return result;
-}
-
-TEST_P(Core, SumsInOneOrder) {
-    reduction<Zpp64f, Zpp64f>("64f", kernels().sum, sumInOrder);
-    reduction<Zpp64fc, Zpp64fc>("64fc", kernels().sumComplex, sumInOrder);
 }
 
 }  // namespace

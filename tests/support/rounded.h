@@ -7,6 +7,7 @@
 #include <cmath>
 #include <limits>
 
+#include "tests/support/x87.h"
 #include "zpp/types.h"
 
 namespace zpp::test {
@@ -38,12 +39,21 @@ inline double difference(double a, double b) { return rounded(Operand{a} - b); }
 inline double product(double a, double b) { return rounded(Operand{a} * b); }
 inline double quotient(double a, double b) { return rounded(Operand{a} / b); }
 
+inline double squareRoot(double x) {
+#ifndef __SSE2_MATH__
+    const X87ControlWord word(0x27F);  // 113 bits would do as well, and have no root here
+#endif
+    const volatile double root = std::sqrt(x);
+    return root;
+}
+
 inline Zpp64fc sum(Zpp64fc a, Zpp64fc b) { return {sum(a.re, b.re), sum(a.im, b.im)}; }
 inline Zpp64fc difference(Zpp64fc a, Zpp64fc b) { return {difference(a.re, b.re), difference(a.im, b.im)}; }
 inline Zpp64fc product(Zpp64fc a, Zpp64fc b) {
     return {difference(product(a.re, b.re), product(a.im, b.im)),
             sum(product(a.re, b.im), product(a.im, b.re))};
 }
+inline Zpp64fc product(double a, Zpp64fc b) { return {product(a, b.re), product(a, b.im)}; }
 inline Zpp64fc conjugate(Zpp64fc a) { return {a.re, -a.im}; }
 
 // The largest error of finite results, in units of the last place of the true value, and its argument.

@@ -158,21 +158,54 @@ void withConstant(const std::string& name, ZppStatus (*call)(const S*, C, D*, in
     }
 }
 
-// One result from a whole vector, within some units of the last place of what the oracle says.
-template <class S, class D>
-void reduction(const std::string& name, ZppStatus (*call)(const S*, int, D*),
-               std::type_identity_t<D (*)(const std::vector<S>&)> oracle, long ulps = 0) {
+// One result from whole vectors, which call(sources..., len, result) must make as the oracle does; for fewer
+// than `least` elements it fails.
+template <class D, class... S, class Call, class Expected>
+void expectReduction(const std::string& what, const Call& call, const Expected& oracle, int least = 1) {
     Random random;
+    const auto values = [&](Draw draw, int len) {
+        return std::tuple{drawn<S>(random, draw, static_cast<std::size_t>(len))...};
+    };
+    const auto callWith = [&](const auto& vectors, int len, D* dst) {
+        std::tuple<Guarded<S>...> sources(vectors);
+        return std::apply([&](auto&... src) { return call(src.data()..., len, dst); }, sources);
+    };
+    Guarded<D> result(1);
+    const auto some = values(Draw::kOrdinary, least);
+    EXPECT_EQ(callWith(some, 0, nullptr), zppStatusNullPointer) << what << ", no result and no elements";
+    EXPECT_EQ(callWith(some, least - 1, result), zppStatusSizeError) << what;
+    EXPECT_TRUE(result.untouched()) << what << ", after an error";
     for (const Draw draw : kDraws)
         for (const int len : awkwardLengths()) {
-            const auto values = drawn<S>(random, draw, static_cast<std::size_t>(len));
-            Guarded<S> src(values);
-            Guarded<D> result(1);
-            EXPECT_EQ(call(src, len, result), zppStatusOk) << name;
-            EXPECT_TRUE(same(oracle(values), *result, ulps))
-                << name << " of " << len << " elements is " << shown(*result) << ", expected "
-                << shown(oracle(values));
+            if (len < least) continue;
+            const auto vectors = values(draw, len);
+            const D expected = std::apply(oracle, vectors);
+            EXPECT_EQ(callWith(vectors, len, result), zppStatusOk) << what;
+            EXPECT_TRUE(same(expected, *result) && result.intact())
+                << what << " of " << len << " elements, draw " << static_cast<int>(draw) << ", is "
+                << shown(*result) << ", expected " << shown(expected);
         }
+}
+
+// Of one vector or of two, and with a scale factor, which the oracle has first.
+template <class S, class D, class Expected>
+void reduction(const std::string& name, ZppStatus (*call)(const S*, int, D*), const Expected& oracle,
+               int least = 1) {
+    expectReduction<D, S>(name, call, oracle, least);
+}
+template <class A, class B, class D, class Expected>
+void reduction(const std::string& name, ZppStatus (*call)(const A*, const B*, int, D*),
+               const Expected& oracle) {
+    expectReduction<D, A, B>(name, call, oracle);
+}
+template <class D, class... S, class Call, class Expected>
+void scaledReduction(const std::string& name, Call call, const Expected& oracle,
+                     const std::vector<int>& factors) {
+    for (const int factor : factors)
+        expectReduction<D, S...>(
+            name + ", scaleFactor " + std::to_string(factor) + ',',
+            [=](auto... arguments) { return call(arguments..., factor); },
+            [&](const auto&... values) { return oracle(factor, values...); });
 }
 
 }  // namespace zpp::test

@@ -75,8 +75,11 @@ TEST(Table, FindsFaultsOfOneSource) {
     EXPECT_GT(failuresOf([=] { unary("Increase", increase<2>, nullptr, halfAndOne); }), 0);
 }
 
-template <int skipped>
+template <int skipped, bool checks = true>
 ZppStatus largest(const int* src, int len, int* max) {
+    if (src == nullptr || max == nullptr)
+        return checks || len > 0 ? zppStatusNullPointer : zppStatusSizeError;
+    if (len <= 0) return zppStatusSizeError;
     *max = *std::max_element(src + (len > 1 ? skipped : 0), src + len);
     return zppStatusOk;
 }
@@ -89,6 +92,7 @@ int largestOf(const std::vector<int>& values) {
 TEST(Table, FindsFaultsOfReductions) {
     EXPECT_EQ(failuresOf([] { reduction("Largest", largest<0>, largestOf); }), 0);
     EXPECT_GT(failuresOf([] { reduction("Largest", largest<1>, largestOf); }), 0);
+    EXPECT_GT(failuresOf([] { reduction("Largest", largest<0, false>, largestOf); }), 0);
 }
 
 TEST(Table, ComparesNumbers) {

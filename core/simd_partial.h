@@ -1,0 +1,85 @@
+// Loads of what is left of a vector, fewer elements than a register has lanes: the lanes behind them are 0,
+// and the memory behind them is not read.
+#pragma once
+
+#include "core/complex.h"
+
+namespace zpp::ZPP_ISA {
+
+#ifdef __AVX2__
+// The first `count` elements, or all where V has fewer, of 4 or 8 bytes; count < 256.
+template <class V, class T>
+ZPP_INLINE V loadFirst(const T* p, size_t count) {
+    static_assert(sizeof(T) == 4 || sizeof(T) == 8);
+#ifdef __AVX512F__
+    const auto mask = static_cast<__mmask8>(_bzhi_u32(0xFF, static_cast<uint32_t>(count)));
+    if constexpr (sizeof(V) == 64)
+        return bitCast<V>(_mm512_maskz_loadu_pd(mask, p));
+    else if constexpr (sizeof(V) == 32 && sizeof(T) == 8)
+        return bitCast<V>(_mm256_maskz_loadu_pd(mask, p));
+    else if constexpr (sizeof(V) == 32)
+        return bitCast<V>(_mm256_maskz_loadu_epi32(mask, p));
+    else
+        return bitCast<V>(_mm_maskz_loadu_epi32(mask, p));
+#else
+    using Index = Vec<std::conditional_t<sizeof(T) == 8, int64_t, int32_t>, 4>;
+    const Index mask = Index{0, 1, 2, 3} < static_cast<int32_t>(count);
+    if constexpr (sizeof(T) == 8)
+        return bitCast<V>(_mm256_maskload_pd(reinterpret_cast<const double*>(p), bitCast<__m256i>(mask)));
+    else
+        return bitCast<V>(_mm_maskload_epi32(reinterpret_cast<const int*>(p), bitCast<__m128i>(mask)));
+#endif
+}
+#endif
+
+// The first `count` of N numbers as doubles.
+template <int N, class S>
+ZPP_INLINE Vec<double, N> loadAsDoubles(const S* p, size_t count) {
+    using V = Vec<double, N>;
+    if constexpr (N == 1) return count > 0 ? static_cast<double>(*p) : 0;
+#ifdef __AVX2__
+    else if constexpr (N > 2)
+        return __builtin_convertvector(loadFirst<Vec<S, N>>(p, count), V);
+#endif
+    else if (count >= 2)
+        return loadAsDoubles<2>(p);
+    else
+        return V{count > 0 ? static_cast<double>(*p) : 0, 0};
+}
+
+// The first `count` of N complex numbers, as loadComplex.
+template <int N, class T>
+ZPP_INLINE Complex<Vec<double, N>> loadComplex(const T* p, size_t count) {
+    const size_t parts = 2 * count;
+    return takenApart(loadAsDoubles<N>(p, parts), loadAsDoubles<N>(p + N, parts > N ? parts - N : 0));
+}
+
+// N integers of 32 bits, or the first `count` of them, as integers of 64.
+template <int N>
+ZPP_INLINE Vec<int64_t, N> loadAsLongs(const int32_t* p) {
+    using V = Vec<int64_t, N>;
+    if constexpr (N == 1) return *p;
+#ifdef __SSE2__
+    else if constexpr (N == 2) {
+        const __m128i v = loadBytes<8>(p);
+        return bitCast<V>(_mm_unpacklo_epi32(v, _mm_srai_epi32(v, 31)));
+    }
+#endif
+    else
+        return __builtin_convertvector(load<Vec<int32_t, N>>(p), V);
+}
+template <int N>
+ZPP_INLINE Vec<int64_t, N> loadAsLongs(const int32_t* p, size_t count) {
+    using V = Vec<int64_t, N>;
+    if constexpr (N == 1) return count > 0 ? *p : 0;
+#ifdef __AVX2__
+    else if constexpr (N > 2)
+        return __builtin_convertvector(loadFirst<Vec<int32_t, N>>(p, count), V);
+#endif
+    else if (count >= 2)
+        return loadAsLongs<2>(p);
+    else
+        return V{count > 0 ? *p : 0, 0};
+}
+
+}  // namespace zpp::ZPP_ISA
