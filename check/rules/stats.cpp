@@ -6,13 +6,19 @@ namespace {
 constexpr Promised kPromises[] = {{"*", Promise::kValues}};
 
 const Extent kExtents[] = {
-    stated("zppsSum_*", "pSum", 0, 1),       stated("zppsMean_*", "pMean", 0, 1),
-    stated("zppsStdDev_*", "pStdDev", 0, 1), stated("zppsNorm*", "pNorm", 0, 1),
+    stated("zppsSum_*", "pSum", 0, 1),
+    stated("zppsMean_*", "pMean", 0, 1),
+    stated("zppsStdDev_*", "pStdDev", 0, 1),
+    stated("zppsNorm*", "pNorm", 0, 1),
     stated("zppsDotProd_*", "pDp", 0, 1),
+    stated("zppsM*", "pMin pMax pIndx pMinIndx pMaxIndx pOrder", 0, 1),
 };
+
+constexpr Optional kOptional[] = {{"zppsMaxIndx_* zppsMinIndx_*", "pIndx"}};
 
 }  // namespace
 
-const Rules kStatsRules = {.folder = "stats", .promises = kPromises, .extents = kExtents};
+const Rules kStatsRules = {
+    .folder = "stats", .promises = kPromises, .extents = kExtents, .optional = kOptional};
 
 }  // namespace zpp::check

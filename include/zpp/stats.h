@@ -30,6 +30,43 @@ ZPP_EXPORT(ZppStatus, zppsMean_64fc, (const Zpp64fc* pSrc, int len, Zpp64fc* pMe
  * Returned: -8 for a null pointer; -6 for len < 2. */
 ZPP_EXPORT(ZppStatus, zppsStdDev_64f, (const Zpp64f* pSrc, int len, Zpp64f* pStdDev))
 
+/* Extremes
+ *
+ * Vectors hold len elements, results one. An extreme is an element of the vector, to the bit: of equal ones the
+ * first, -0 and +0 being equal; its index counts from 0. As comparisons with a NaN do not hold, one at
+ * element 0 is the result and others are passed over, but for the minimum where both extremes are asked for.
+ *
+ * Returned, unless it is said otherwise, in this order of checks: -8 for a null pointer; -6 for len < 1. */
+
+/* The largest and the smallest element, and where they are. pIndx may be null: no index is written then. */
+ZPP_EXPORT(ZppStatus, zppsMax_64f, (const Zpp64f* pSrc, int len, Zpp64f* pMax))
+ZPP_EXPORT(ZppStatus, zppsMin_64f, (const Zpp64f* pSrc, int len, Zpp64f* pMin))
+ZPP_EXPORT(ZppStatus, zppsMaxIndx_64f, (const Zpp64f* pSrc, int len, Zpp64f* pMax, int* pIndx))
+ZPP_EXPORT(ZppStatus, zppsMinIndx_64f, (const Zpp64f* pSrc, int len, Zpp64f* pMin, int* pIndx))
+
+/* Both. Here a NaN replaces the minimum before it, and the element behind a NaN replaces the NaN: the minimum is
+ * that of the elements behind the last NaN, or the NaN itself if none is. The source of zppsMinMax_32s need not be
+ * aligned to its elements. */
+ZPP_EXPORT(ZppStatus, zppsMinMax_64f, (const Zpp64f* pSrc, int len, Zpp64f* pMin, Zpp64f* pMax))
+ZPP_EXPORT(ZppStatus, zppsMinMax_32s, (const Zpp32s* pSrc, int len, Zpp32s* pMin, Zpp32s* pMax))
+ZPP_EXPORT(ZppStatus, zppsMinMaxIndx_64f,
+           (const Zpp64f* pSrc, int len, Zpp64f* pMin, int* pMinIndx, Zpp64f* pMax, int* pMaxIndx))
+ZPP_EXPORT(ZppStatus, zppsMinMaxIndx_32s,
+           (const Zpp32s* pSrc, int len, Zpp32s* pMin, int* pMinIndx, Zpp32s* pMax, int* pMaxIndx))
+
+/* pSrcDst[i] = the larger of pSrc[i] and pSrcDst[i]. The vectors may be one array, but not overlap in part. */
+ZPP_EXPORT(ZppStatus, zppsMaxEvery_32s_I, (const Zpp32s* pSrc, Zpp32s* pSrcDst, int len))
+
+/* *pOrder = how many bits the largest magnitude has: 0 if all elements are 0, 32 for -2147483648.
+ * Returned: -6 for len < 1; then -8 for a null pointer. */
+ZPP_EXPORT(ZppStatus, zppsMaxOrder_32s, (const Zpp32s* pSrc, int len, int* pOrder))
+
+/* *pOrder = the exponent e of the largest magnitude f * 2^e, 0.5 <= f < 1, of the finite elements: 0 if there is
+ * none but 0, and -1022 if all are below the smallest normal number, 2.2250738585072014e-308.
+ * Returned: -6 for len < 1; then -8 for a null pointer; warning 9, with the result written, for an infinite element
+ * or a NaN, and wherever the order -1022 is that of such a subnormal number. */
+ZPP_EXPORT(ZppStatus, zppsMaxOrder_64f, (const Zpp64f* pSrc, int len, int* pOrder))
+
 /* Norms and dot products
  *
  * Vectors hold len elements, results one. All is computed in double, every operation rounded, and summed as
