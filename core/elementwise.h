@@ -53,8 +53,7 @@ ZPP_INLINE ZppStatus elementwise32(Op op, D* pDst, int len, const S*... pSrc) {
 
 template <class Op, class T>
 inline ZppStatus withConstant(Op op, const T* pSrc, T val, T* pDst, int len) {
-    const auto constant = inRegister(val);
-    return elementwise([=](auto x) { return op(x, constant); }, pDst, len, pSrc);
+    return elementwise([=](auto x) { return op(x, inRegister<decltype(x)>(val)); }, pDst, len, pSrc);
 }
 
 template <class T>

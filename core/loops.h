@@ -17,16 +17,23 @@
 namespace zpp::ZPP_ISA {
 
 // How many elements of T a step takes, in registers of T: one of them, or for complex numbers one of real and
-// one of imaginary parts.
+// one of imaginary parts. Complex integers come with their parts beside each other in one register, or,
+// single ones, as Halves.
 template <class T>
 inline constexpr int kStep = kLanes<T>;
 template <>
 inline constexpr int kStep<Zpp64fc> = kLanes<double>;
+template <>
+inline constexpr int kStep<Zpp32sc> = kLanes<int64_t>;
 
 template <int N, class T>
 ZPP_INLINE auto loadElements(const T* p) {
     if constexpr (std::is_same_v<T, Zpp64fc>)
         return loadComplex<N>(&p->re);
+    else if constexpr (std::is_same_v<T, Zpp32sc> && N == 1)
+        return halves(p->re, p->im);
+    else if constexpr (std::is_same_v<T, Zpp32sc>)
+        return load<Vec<int32_t, 2 * N>>(p);
     else
         return load<Vec<T, N>>(p);
 }
@@ -39,9 +46,26 @@ ZPP_INLINE void storeElements(T* p, V v) {
         store(p, v);
 }
 
-// One element as an operand for registers of them.
-ZPP_INLINE double inRegister(double val) { return val; }
-ZPP_INLINE Complex<double> inRegister(Zpp64fc val) { return {val.re, val.im}; }
+// One element as an operand for registers of type V.
+template <class V>
+ZPP_INLINE double inRegister(double val) {
+    return val;
+}
+template <class V>
+ZPP_INLINE Complex<double> inRegister(Zpp64fc val) {
+    return {val.re, val.im};
+}
+template <class V>
+ZPP_INLINE V inRegister(Zpp32s val) {
+    return broadcast<V>(val);
+}
+template <class V>
+ZPP_INLINE V inRegister(Zpp32sc val) {
+    if constexpr (kIsHalves<V>)
+        return {val.re, val.im};
+    else
+        return bitCast<V>(broadcast<Vec<int64_t, sizeof(V) / sizeof(val)>>(bitCast<int64_t>(val)));
+}
 
 template <int N>
 using Lanes = std::integral_constant<int, N>;

@@ -41,6 +41,19 @@ ZPP_INLINE V addWhere(M condition, V v) {
         return v - bitCast<V>(condition);  // a mask is -1
 }
 
+// v * 2^-count, rounded down; 0 <= count < the width of the lanes.
+template <class V>
+ZPP_INLINE V shiftRight(V v, int count) {
+    if constexpr (std::is_same_v<V, Vec<int64_t>> && !kShiftsSigned64) {
+        // The shift of unsigned numbers, of which 2^63 is taken away again.
+        using Bits = Vec<uint64_t>;
+        const uint64_t bias = uint64_t{1} << 63;
+        return bitCast<V>(((bitCast<Bits>(v) ^ bias) >> count) - (bias >> count));
+    } else {
+        return v >> count;
+    }
+}
+
 template <class V>
 ZPP_INLINE auto asSigned(V v) {
     if constexpr (std::is_arithmetic_v<V>)
@@ -49,19 +62,30 @@ ZPP_INLINE auto asSigned(V v) {
         return bitCast<decltype(v > v)>(v);
 }
 
+// One more in the lanes where a > b, of numbers the difference of which has no more bits than they have.
+template <class V>
+ZPP_INLINE V addWhereGreater(V a, V b, V v) {
+    if constexpr (std::is_same_v<V, Vec<int64_t>> && !kCompares64)
+        return v + bitCast<V>(bitCast<Vec<uint64_t>>(b - a) >> 63);
+    else
+        return addWhere(asSigned(a) > asSigned(b), v);
+}
+
 // v * 2^-count to nearest, ties to even. T is the type of the lanes, 1 <= count < their width.
 template <class T>
 class RoundedShiftRight {
   public:
     explicit RoundedShiftRight(int count) : count_(count) {}
 
+    // If the lowest bit of `more` is set, v has lost bits below its own last one.
     template <class V>
-    ZPP_INLINE V operator()(V v) const {
-        const V quotient = v >> count_;
+    ZPP_INLINE V operator()(V v, V more = V{}) const {
+        const V quotient = shiftRight(v, count_);
         const V rest = v & static_cast<T>(~(~std::make_unsigned_t<T>{0} << count_));
-        // Up where the rest is above one half, or is one half and the quotient odd. Nothing reaches the sign.
-        const V limit = (T{1} << (count_ - 1)) - (quotient & 1);
-        return addWhere(asSigned(rest) > asSigned(limit), quotient);
+        // Up where the rest is above one half, or is one half with more behind it or an odd quotient before
+        // it. Nothing reaches the sign.
+        const V limit = (T{1} << (count_ - 1)) - ((quotient | more) & 1);
+        return addWhereGreater(rest, limit, quotient);
     }
 
   private:

@@ -45,6 +45,18 @@ inline constexpr int kVectorBytes = 16;
 inline constexpr int kVectorBytes = 0;  // x87, and sse, which has no vectors of doubles or integers
 #endif
 
+// Whether vectors of 64-bit integers have an arithmetic shift to the right, and a comparison.
+#ifdef __AVX512F__
+inline constexpr bool kShiftsSigned64 = true;
+#else
+inline constexpr bool kShiftsSigned64 = kVectorBytes == 0;
+#endif
+#ifdef __AVX2__
+inline constexpr bool kCompares64 = true;
+#else
+inline constexpr bool kCompares64 = kVectorBytes == 0;
+#endif
+
 // Lanes of a full vector of T.
 template <class T>
 inline constexpr int kLanes = kVectorBytes == 0 ? 1 : kVectorBytes / static_cast<int>(sizeof(T));

@@ -3,6 +3,97 @@
 #define ZPP_ARITH_H
 #include "export.h"
 
+/* Scaled integers
+ *
+ * The exact result x is scaled: the destination holds x * 2^-scaleFactor, rounded to the nearest integer, ties to
+ * even, and saturated to -2147483648 ... 2147483647. Any scaleFactor will do: positive ones shift to the right,
+ * negative ones to the left. Nothing is lost on the way: x has as many bits as it needs, and saturation makes no
+ * warning.
+ *
+ * All vectors hold len elements. A destination may be the same array as a source, but not overlap one in part.
+ * Returned, in this order of checks: -8 for a null pointer; -6 for len <= 0. Calls in several threads may share
+ * sources. Note the operand order of Sub and Div: the second source is the minuend and the dividend. */
+
+/* x = pSrc1[i] + pSrc2[i]; in place: pSrcDst[i] + pSrc[i]. */
+ZPP_EXPORT(ZppStatus, zppsAdd_32s_Sfs,
+           (const Zpp32s* pSrc1, const Zpp32s* pSrc2, Zpp32s* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsAdd_32s_ISfs, (const Zpp32s* pSrc, Zpp32s* pSrcDst, int len, int scaleFactor))
+
+/* x = pSrc2[i] - pSrc1[i]; in place: pSrcDst[i] - pSrc[i]. */
+ZPP_EXPORT(ZppStatus, zppsSub_32s_Sfs,
+           (const Zpp32s* pSrc1, const Zpp32s* pSrc2, Zpp32s* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsSub_32s_ISfs, (const Zpp32s* pSrc, Zpp32s* pSrcDst, int len, int scaleFactor))
+
+/* x = pSrc1[i] * pSrc2[i]; in place: pSrcDst[i] * pSrc[i]. */
+ZPP_EXPORT(ZppStatus, zppsMul_32s_Sfs,
+           (const Zpp32s* pSrc1, const Zpp32s* pSrc2, Zpp32s* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsMul_32s_ISfs, (const Zpp32s* pSrc, Zpp32s* pSrcDst, int len, int scaleFactor))
+
+/* x = pSrc2[i] / pSrc1[i], the rational number, so that it is rounded only once; in place: pSrcDst[i] / pSrc[i].
+ * A divisor of zero gives, at every scaleFactor, 2147483647 for a positive dividend, -2147483648 for a negative one
+ * and 0 for zero, and warning 6 at the end. The floating-point exception of a division by zero is not raised. */
+ZPP_EXPORT(ZppStatus, zppsDiv_32s_Sfs,
+           (const Zpp32s* pSrc1, const Zpp32s* pSrc2, Zpp32s* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsDiv_32s_ISfs, (const Zpp32s* pSrc, Zpp32s* pSrcDst, int len, int scaleFactor))
+
+/* x = pSrc[i] + val. */
+ZPP_EXPORT(ZppStatus, zppsAddC_32s_Sfs,
+           (const Zpp32s* pSrc, Zpp32s val, Zpp32s* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsAddC_32s_ISfs, (Zpp32s val, Zpp32s* pSrcDst, int len, int scaleFactor))
+
+/* x = pSrc[i] - val. */
+ZPP_EXPORT(ZppStatus, zppsSubC_32s_Sfs,
+           (const Zpp32s* pSrc, Zpp32s val, Zpp32s* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsSubC_32s_ISfs, (Zpp32s val, Zpp32s* pSrcDst, int len, int scaleFactor))
+
+/* x = val - pSrc[i]. */
+ZPP_EXPORT(ZppStatus, zppsSubCRev_32s_Sfs,
+           (const Zpp32s* pSrc, Zpp32s val, Zpp32s* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsSubCRev_32s_ISfs, (Zpp32s val, Zpp32s* pSrcDst, int len, int scaleFactor))
+
+/* x = pSrc[i] * val. */
+ZPP_EXPORT(ZppStatus, zppsMulC_32s_Sfs,
+           (const Zpp32s* pSrc, Zpp32s val, Zpp32s* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsMulC_32s_ISfs, (Zpp32s val, Zpp32s* pSrcDst, int len, int scaleFactor))
+
+/* x = pSrcDst[i] + pSrc1[i] * pSrc2[i], the product not scaled before the sum. */
+ZPP_EXPORT(ZppStatus, zppsAddProduct_32s_Sfs,
+           (const Zpp32s* pSrc1, const Zpp32s* pSrc2, Zpp32s* pSrcDst, int len, int scaleFactor))
+
+/* Scaled complex integers: as above, with each part of the exact result scaled on its own. */
+
+/* x = pSrc1[i] * pSrc2[i]: with a and b the factors (a.re b.re - a.im b.im, a.re b.im + a.im b.re); in place:
+ * pSrcDst[i] * pSrc[i]. */
+ZPP_EXPORT(ZppStatus, zppsMul_32sc_Sfs,
+           (const Zpp32sc* pSrc1, const Zpp32sc* pSrc2, Zpp32sc* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsMul_32sc_ISfs, (const Zpp32sc* pSrc, Zpp32sc* pSrcDst, int len, int scaleFactor))
+
+/* x = pSrc1[i] * pSrc2[i], of a real and a complex vector; in place: pSrcDst[i] * pSrc[i], the real one being
+ * pSrc. pDst may be the same array as pSrc2 only. */
+ZPP_EXPORT(ZppStatus, zppsMul_32s32sc_Sfs,
+           (const Zpp32s* pSrc1, const Zpp32sc* pSrc2, Zpp32sc* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsMul_32s32sc_ISfs, (const Zpp32s* pSrc, Zpp32sc* pSrcDst, int len, int scaleFactor))
+
+/* x = pSrc[i] * val. */
+ZPP_EXPORT(ZppStatus, zppsMulC_32sc_Sfs,
+           (const Zpp32sc* pSrc, Zpp32sc val, Zpp32sc* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsMulC_32sc_ISfs, (Zpp32sc val, Zpp32sc* pSrcDst, int len, int scaleFactor))
+
+/* x = pSrc[i] + val. */
+ZPP_EXPORT(ZppStatus, zppsAddC_32sc_Sfs,
+           (const Zpp32sc* pSrc, Zpp32sc val, Zpp32sc* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsAddC_32sc_ISfs, (Zpp32sc val, Zpp32sc* pSrcDst, int len, int scaleFactor))
+
+/* x = pSrc[i] - val. */
+ZPP_EXPORT(ZppStatus, zppsSubC_32sc_Sfs,
+           (const Zpp32sc* pSrc, Zpp32sc val, Zpp32sc* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsSubC_32sc_ISfs, (Zpp32sc val, Zpp32sc* pSrcDst, int len, int scaleFactor))
+
+/* x = val - pSrc[i]. */
+ZPP_EXPORT(ZppStatus, zppsSubCRev_32sc_Sfs,
+           (const Zpp32sc* pSrc, Zpp32sc val, Zpp32sc* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsSubCRev_32sc_ISfs, (Zpp32sc val, Zpp32sc* pSrcDst, int len, int scaleFactor))
+
 /* Floating-point arithmetic
  *
  * All vectors hold len elements. A destination may be the same array as a source, but not overlap one in

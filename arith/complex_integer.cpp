@@ -1,0 +1,74 @@
+// Scaled complex-integer arithmetic.
+#include "arith/exports.h"
+#include "core/scaled.h"
+
+namespace zpp::ZPP_ISA {
+namespace {
+
+// The real part of a product fits 64 bits, as its products are -2^62 + 2^31 ... 2^62; the imaginary part is
+// 2^63 where all four numbers are -2^31, and else below. In lanes that wrap around this is -2^63, which no
+// other product gives, and 2^63 - 1 has the same result at every scale factor: it saturates below 32, from
+// there to 63 it is less than a half below the power of two 2^63 is scaled to, and at 64 both are 0.
+constexpr auto multiply = [](auto a, auto b) ZPP_INLINE_LAMBDA {
+    const auto straight = products(a, b), crossed = products(a, swapPairs32(b));
+    const auto im = wrappingSum(crossed.low, crossed.high);
+    const auto largest = broadcast<decltype(im)>(INT64_MAX);
+    return halves(straight.low - straight.high, select(im == INT64_MIN, largest, im));
+};
+
+inline ZppStatus multiplyByReal(const Zpp32s* pReal, const Zpp32sc* pSrc, Zpp32sc* pDst, int len,
+                                int scaleFactor) {
+    return withScaledProduct(scaleFactor, [=](auto scale) {
+        return elementwiseSteps<kStep<Zpp32sc>>(
+            [=](auto lanes, const Zpp32s* real, const Zpp32sc* complex) ZPP_INLINE_LAMBDA {
+                constexpr int n = decltype(lanes)::value;
+                return scale(products(loadTwice<n>(real), loadElements<n>(complex)));
+            },
+            [](Zpp32sc* p, auto v) ZPP_INLINE_LAMBDA { storeElements(p, v); }, pDst, len, pReal, pSrc);
+    });
+}
+
+}  // namespace
+
+ZppStatus zppsMul_32sc_Sfs(const Zpp32sc* pSrc1, const Zpp32sc* pSrc2, Zpp32sc* pDst, int len,
+                           int scaleFactor) {
+    return scaledProduct(multiply, pDst, len, scaleFactor, pSrc1, pSrc2);
+}
+ZppStatus zppsMul_32sc_ISfs(const Zpp32sc* pSrc, Zpp32sc* pSrcDst, int len, int scaleFactor) {
+    return zppsMul_32sc_Sfs(pSrc, pSrcDst, pSrcDst, len, scaleFactor);
+}
+ZppStatus zppsMul_32s32sc_Sfs(const Zpp32s* pSrc1, const Zpp32sc* pSrc2, Zpp32sc* pDst, int len,
+                              int scaleFactor) {
+    return multiplyByReal(pSrc1, pSrc2, pDst, len, scaleFactor);
+}
+ZppStatus zppsMul_32s32sc_ISfs(const Zpp32s* pSrc, Zpp32sc* pSrcDst, int len, int scaleFactor) {
+    return zppsMul_32s32sc_Sfs(pSrc, pSrcDst, pSrcDst, len, scaleFactor);
+}
+
+ZppStatus zppsMulC_32sc_Sfs(const Zpp32sc* pSrc, Zpp32sc val, Zpp32sc* pDst, int len, int scaleFactor) {
+    return scaledProductC(multiply, pSrc, val, pDst, len, scaleFactor);
+}
+ZppStatus zppsMulC_32sc_ISfs(Zpp32sc val, Zpp32sc* pSrcDst, int len, int scaleFactor) {
+    return zppsMulC_32sc_Sfs(pSrcDst, val, pSrcDst, len, scaleFactor);
+}
+
+ZppStatus zppsAddC_32sc_Sfs(const Zpp32sc* pSrc, Zpp32sc val, Zpp32sc* pDst, int len, int scaleFactor) {
+    return scaledSum<Sum>(pSrc, val, pDst, len, scaleFactor);
+}
+ZppStatus zppsAddC_32sc_ISfs(Zpp32sc val, Zpp32sc* pSrcDst, int len, int scaleFactor) {
+    return zppsAddC_32sc_Sfs(pSrcDst, val, pSrcDst, len, scaleFactor);
+}
+ZppStatus zppsSubC_32sc_Sfs(const Zpp32sc* pSrc, Zpp32sc val, Zpp32sc* pDst, int len, int scaleFactor) {
+    return scaledSum<Difference>(pSrc, val, pDst, len, scaleFactor);
+}
+ZppStatus zppsSubC_32sc_ISfs(Zpp32sc val, Zpp32sc* pSrcDst, int len, int scaleFactor) {
+    return zppsSubC_32sc_Sfs(pSrcDst, val, pSrcDst, len, scaleFactor);
+}
+ZppStatus zppsSubCRev_32sc_Sfs(const Zpp32sc* pSrc, Zpp32sc val, Zpp32sc* pDst, int len, int scaleFactor) {
+    return scaledSum<Reversed<Difference>>(pSrc, val, pDst, len, scaleFactor);
+}
+ZppStatus zppsSubCRev_32sc_ISfs(Zpp32sc val, Zpp32sc* pSrcDst, int len, int scaleFactor) {
+    return zppsSubCRev_32sc_Sfs(pSrcDst, val, pSrcDst, len, scaleFactor);
+}
+
+}  // namespace zpp::ZPP_ISA

@@ -1,0 +1,126 @@
+// Sums and products of 32-bit integers, exact and then scaled, real or complex. Operands are registers of
+// 32-bit lanes, single integers, or Halves of two, as single complex numbers come.
+//
+//     scaledSum<Sum>(a, b, pDst, len, scaleFactor)              a + b, by elements; of Difference a - b
+//     scaledSum<Sum>(a, val, pDst, len, scaleFactor)            the same with a constant
+//     scaledProduct(multiply, pDst, len, scaleFactor, a, b...)  multiply makes 64-bit lanes: products(a, b)
+//     scaledProductC(multiply, a, val, pDst, len, scaleFactor)  the same with a constant
+#pragma once
+
+#include "core/elementwise.h"
+#include "core/simd_wide.h"
+
+namespace zpp::ZPP_ISA {
+
+// The unsigned lanes of the same bits, in which arithmetic wraps around.
+template <class V>
+ZPP_INLINE auto wrapping(V v) {
+    return bitCast<Vec<uint32_t, sizeof(V) / sizeof(uint32_t)>>(v);
+}
+
+// What has wrapped around where `overflow` is negative has the wrong sign: the end of the range instead.
+template <class V, class U>
+ZPP_INLINE V saturatedWhere(V overflow, U wrapped) {
+    const V v = bitCast<V>(wrapped);
+    return select(overflow < 0, v >> 31 ^ kRange<int32_t>.lower, v);
+}
+
+// A sum of two integers has 33 bits; a half of it, rounded down, has 32, and a ^ b the last one.
+struct Sum {
+    template <class V>
+    ZPP_INLINE static V saturated(V a, V b) {
+        const auto sum = wrapping(a) + wrapping(b);
+        return saturatedWhere((bitCast<V>(sum) ^ a) & (bitCast<V>(sum) ^ b), sum);
+    }
+    template <class V>
+    ZPP_INLINE static V half(V a, V b) {
+        return (a & b) + ((a ^ b) >> 1);
+    }
+};
+struct Difference {
+    template <class V>
+    ZPP_INLINE static V saturated(V a, V b) {
+        const auto difference = wrapping(a) - wrapping(b);
+        return saturatedWhere((bitCast<V>(difference) ^ a) & (a ^ b), difference);
+    }
+    template <class V>
+    ZPP_INLINE static V half(V a, V b) {
+        return ((a ^ b) >> 1) - (~a & b);
+    }
+};
+template <class Terms>
+struct Reversed {
+    template <class V>
+    ZPP_INLINE static V saturated(V a, V b) {
+        return Terms::saturated(b, a);
+    }
+    template <class V>
+    ZPP_INLINE static V half(V a, V b) {
+        return Terms::half(b, a);
+    }
+};
+
+// run(op), where op(a, b) is the sum, scaled: the case of the scale factor is chosen once for a call.
+template <class Terms, class Run>
+ZPP_INLINE ZppStatus withScaledSum(int scaleFactor, Run run) {
+    const auto runOn = [=](auto op) ZPP_INLINE_LAMBDA {
+        return run([=](auto a, auto b) ZPP_INLINE_LAMBDA { return mapRegisters(op, a, b); });
+    };
+    if (scaleFactor == 0)
+        return runOn([](auto a, auto b) ZPP_INLINE_LAMBDA { return Terms::saturated(a, b); });
+    if (scaleFactor < 0) {
+        const SaturatedShiftLeft<int32_t> shift(-clamp(scaleFactor, -31, 0), kRange<int32_t>);
+        return runOn([=](auto a, auto b) ZPP_INLINE_LAMBDA { return shift(Terms::saturated(a, b)); });
+    }
+    if (scaleFactor == 1)
+        return runOn([](auto a, auto b) ZPP_INLINE_LAMBDA {
+            const auto half = Terms::half(a, b);
+            // Up from an odd one; but 2^31 - 1/2, which only a difference is, saturates.
+            return half + ((half < kRange<int32_t>.upper) & half & (a ^ b) & 1);
+        });
+    if (scaleFactor > 32)
+        return runOn([](auto a, auto) ZPP_INLINE_LAMBDA { return a ^ a; });  // at most a half
+    const RoundedShiftRight<int32_t> shift(scaleFactor - 1);
+    return runOn([=](auto a, auto b) ZPP_INLINE_LAMBDA { return shift(Terms::half(a, b), a ^ b); });
+}
+
+// run(scale) for lanes of 64 bits, whatever they hold.
+template <class Run>
+ZPP_INLINE ZppStatus withScaledProduct(int scaleFactor, Run run) {
+    if (scaleFactor <= 0) {
+        const SaturatedShiftLeft<int32_t> shift(-clamp(scaleFactor, -31, 0), kRange<int32_t>);
+        return run([=](auto v) ZPP_INLINE_LAMBDA { return mapRegisters(shift, saturatedTo32(v)); });
+    }
+    if (scaleFactor > 63)
+        return run([](auto v) ZPP_INLINE_LAMBDA {  // at most a half
+            return mapRegisters([](auto lanes) ZPP_INLINE_LAMBDA { return lanes ^ lanes; }, saturatedTo32(v));
+        });
+    const RoundedShiftRight<int64_t> shift(scaleFactor);
+    return run([=](auto v) ZPP_INLINE_LAMBDA { return saturatedTo32(mapRegisters(shift, v)); });
+}
+
+template <class Terms, class T>
+inline ZppStatus scaledSum(const T* a, const T* b, T* pDst, int len, int scaleFactor) {
+    return withScaledSum<Terms>(scaleFactor, [=](auto sum) { return elementwise(sum, pDst, len, a, b); });
+}
+template <class Terms, class T>
+inline ZppStatus scaledSum(const T* a, T val, T* pDst, int len, int scaleFactor) {
+    return withScaledSum<Terms>(scaleFactor, [=](auto sum) { return withConstant(sum, a, val, pDst, len); });
+}
+
+template <class Multiply, class D, class... S>
+inline ZppStatus scaledProduct(Multiply multiply, D* pDst, int len, int scaleFactor, const S*... pSrc) {
+    return withScaledProduct(scaleFactor, [=](auto scale) {
+        const auto op = [=](auto... x) ZPP_INLINE_LAMBDA { return scale(multiply(x...)); };
+        return elementwise(op, pDst, len, pSrc...);
+    });
+}
+template <class Multiply, class T>
+inline ZppStatus scaledProductC(Multiply multiply, const T* pSrc, T val, T* pDst, int len, int scaleFactor) {
+    return withScaledProduct(scaleFactor, [=](auto scale) {
+        const auto op = [=](auto x, auto y) ZPP_INLINE_LAMBDA { return scale(multiply(x, y)); };
+        return withConstant(op, pSrc, val, pDst, len);
+    });
+}
+
+}  // namespace zpp::ZPP_ISA
