@@ -91,7 +91,7 @@ class NanWatch {
 
 // The magnitudes of signed integers of 32 bits, passed as unsigned ones, which have room for that of -2^31.
 template <class V>
-ZPP_INLINE V magnitude(V v) {
+ZPP_INLINE V magnitudeOfInts(V v) {
 #ifdef __AVX512F__
     if constexpr (sizeof(V) == 64) return bitCast<V>(_mm512_maskz_abs_epi32(0xFFFF, bitCast<__m512i>(v)));
 #endif

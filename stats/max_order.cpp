@@ -7,19 +7,11 @@ namespace {
 
 constexpr double kLargest = __DBL_MAX__, kSmallestNormal = __DBL_MIN__;
 
-template <class V>
-ZPP_INLINE V magnitudeOfDoubles(V x) {
-    if constexpr (std::is_arithmetic_v<V>)
-        return __builtin_fabs(x);
-    else
-        return bitCast<V>(bitCast<decltype(x < x)>(x) & INT64_MAX);
-}
-
 // As extremes without an index: the bits of all magnitudes together,
 struct AllBits {
     template <class V>
     ZPP_INLINE static V key(V x) {
-        return magnitude(x);
+        return magnitudeOfInts(x);
     }
     template <class V>
     ZPP_INLINE static V pick(V key, V best) {
@@ -30,14 +22,14 @@ struct AllBits {
 struct Largest : Highest {
     template <class V>
     ZPP_INLINE static V key(V x) {
-        return magnitudeOfDoubles(x);
+        return magnitude(x);
     }
 };
 // and the same with 0 for infinite numbers and NaN.
 struct LargestFinite : Highest {
     template <class V>
     ZPP_INLINE static V key(V x) {
-        const V size = magnitudeOfDoubles(x);
+        const V size = magnitude(x);
         return select(size <= kLargest, size, V{});
     }
 };
