@@ -4,6 +4,12 @@
 namespace zpp::bench {
 namespace {
 
+[[maybe_unused]] const Jobs integers = {
+    {"Add_32s_Sfs", 12, timed<zppsAdd_32s_Sfs, 5>},  {"Add_32s_Sfs_saturated", 12, timed<zppsAdd_32s_Sfs, 0>},
+    {"Mul_32s_Sfs", 12, timed<zppsMul_32s_Sfs, 20>}, {"MulC_32s_Sfs", 8, timed<zppsMulC_32s_Sfs, 20>},
+    {"Div_32s_Sfs", 12, timed<zppsDiv_32s_Sfs, -5>}, {"Mul_32sc_Sfs", 24, timed<zppsMul_32sc_Sfs, 20>},
+};
+
 [[maybe_unused]] const Jobs floating = {
     {"Add_64f", 24, timed<zppsAdd_64f>, true},
     {"Sub_64f", 24, timed<zppsSub_64f>},

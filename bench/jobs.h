@@ -2,8 +2,11 @@
 // and its peers, which a table of each says, in the file of the family or of the peer.
 #pragma once
 
+#include <array>
 #include <initializer_list>
+#include <span>
 #include <tuple>
+#include <utility>
 
 #include "bench/bench.h"
 
@@ -52,13 +55,14 @@ T* vector(int which) {
         return static_cast<T*>(const_cast<void*>(vectorOf(static_cast<const T*>(nullptr), which)));
 }
 
-// The arguments in their order: pointers to constants are sources, others the destination; the first integer
-// is the length, more of them are `more`, in turn.
+// The arguments in their order: pointers to constants are sources, others the destination; of integers, which
+// a constant may come before, the first is the length, more of them are `more`, in turn.
 struct Arguments {
     int len;
     const int* more;
+    bool needsConstant = false;
+    bool needsLength = true;
     int sources = 0;
-    bool hasLength = false;
 
     template <class P>
     P next() {
@@ -66,9 +70,8 @@ struct Arguments {
             using T = std::remove_pointer_t<P>;
             return vector<std::remove_const_t<T>>(std::is_const_v<T> ? sources++ : kVectors - 1);
         } else if constexpr (std::is_integral_v<P>) {
-            if (hasLength) return *more++;
-            hasLength = true;
-            return static_cast<P>(len);
+            if (std::exchange(needsConstant, false)) return 1000003;
+            return std::exchange(needsLength, false) ? len : *more++;
         } else if constexpr (std::is_floating_point_v<P>) {
             return P{1.5};
         } else {
@@ -79,9 +82,13 @@ struct Arguments {
 };
 
 template <class R, class... P>
-void timeCalls(benchmark::State& state, R (*f)(P...), Arguments next) {
+void timeCalls(benchmark::State& state, R (*f)(P...), int len, std::span<const int> more) {
+    constexpr size_t integers = (0 + ... + std::is_integral_v<P>);
+    Arguments next{len, more.data(), integers > 1 + more.size()};
     const std::tuple<P...> arguments{next.next<P>()...};
     R (*volatile function)(P...) = f;  // as a user calls it: nothing of it is known
+    if constexpr (std::is_same_v<R, ZppStatus>)
+        if (std::apply(function, arguments) < 0) state.SkipWithError("the call is refused");
     for (auto iteration : state) {
         (void)iteration;
         std::apply(function, arguments);
@@ -92,8 +99,8 @@ void timeCalls(benchmark::State& state, R (*f)(P...), Arguments next) {
 // Calls of a function, with these for the integers behind its length.
 template <auto kFunction, int... kMore>
 void timed(benchmark::State& state, int len) {
-    static constexpr int kExtra[] = {kMore..., 0};
-    timeCalls(state, +kFunction, Arguments{len, kExtra});
+    static constexpr std::array<int, sizeof...(kMore)> kExtra = {kMore...};
+    timeCalls(state, +kFunction, len, kExtra);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Reductions: their limit is to load what they read.
+// Reductions: their limit is to load what they read. Complex L1 norms are bound by their square roots.
 #include "bench/jobs.h"
 
 namespace zpp::bench {
@@ -7,7 +7,6 @@ namespace {
 [[maybe_unused]] const Reductions reductions = {
     {"Sum_64f", 8, timed<zppsSum_64f>, true},
     {"Sum_64fc", 16, timed<zppsSum_64fc>},
-#if 0
     {"Sum_32s_Sfs", 4, timed<zppsSum_32s_Sfs, 3>},
     {"StdDev_64f", 8, timed<zppsStdDev_64f>},
     {"Max_64f", 8, timed<zppsMax_64f>},
@@ -25,8 +24,9 @@ namespace {
     {"DotProd_64fc", 32, timed<zppsDotProd_64fc>},
     {"DotProd_32f64f", 8, timed<zppsDotProd_32f64f>},
     {"DotProd_32s_Sfs", 8, timed<zppsDotProd_32s_Sfs, 20>},
-#endif
 };
+
+[[maybe_unused]] const Jobs maps = {{"MaxEvery_32s_I", 12, timed<zppsMaxEvery_32s_I>}};
 
 }  // namespace
 }  // namespace zpp::bench

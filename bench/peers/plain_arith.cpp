@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "bench/peers/plain.h"
 
 namespace zpp::bench {
@@ -24,6 +26,36 @@ void constantLoop(const T* __restrict a, T val, T* __restrict dst, int len) {
 }
 template <class T, auto kOp>
 constexpr auto withConstant = timed<constantLoop<kOp, T>>;
+
+// Exact, scaled by 2^-shift to nearest even, saturated.
+template <int kShift>
+constexpr Zpp32s scaled(long long x) {
+    constexpr long long half = kShift == 0 ? 0 : (1LL << kShift >> 1) - 1;
+    const long long y = kShift == 0 ? x : (x + half + (x >> kShift & 1)) >> kShift;
+    return static_cast<Zpp32s>(y < -2147483647 - 1 ? -2147483647 - 1 : 2147483647 < y ? 2147483647 : y);
+}
+void divideInts(const Zpp32s* __restrict a, const Zpp32s* __restrict b, Zpp32s* __restrict dst, int len) {
+    for (int i = 0; i < len; ++i) {  // by way of a double, which is not always right
+        const double y = 32.0 * b[i] / a[i];
+        dst[i] = static_cast<Zpp32s>(std::rint(y < -2147483648.0  ? -2147483648.0
+                                               : 2147483647.0 < y ? 2147483647.0
+                                                                  : y));
+    }
+}
+
+[[maybe_unused]] const Peers integers(
+    kWho, {
+              {"Add_32s_Sfs", map<[](Zpp32s a, Zpp32s b) { return scaled<5>(0LL + a + b); }>},
+              {"Add_32s_Sfs_saturated", map<[](Zpp32s a, Zpp32s b) { return scaled<0>(0LL + a + b); }>},
+              {"Mul_32s_Sfs", map<[](Zpp32s a, Zpp32s b) { return scaled<20>(1LL * a * b); }>},
+              {"MulC_32s_Sfs",
+               withConstant<Zpp32s, [](Zpp32s a, Zpp32s val) { return scaled<20>(1LL * a * val); }>},
+              {"Div_32s_Sfs", timed<divideInts>},
+              {"Mul_32sc_Sfs", map<[](Zpp32sc a, Zpp32sc b) {
+                   return Zpp32sc{scaled<20>(1LL * a.re * b.re - 1LL * a.im * b.im),
+                                  scaled<20>(1LL * a.re * b.im + 1LL * a.im * b.re)};
+               }>},
+          });
 
 [[maybe_unused]] const Peers floating(
     kWho, {
