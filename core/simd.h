@@ -107,6 +107,9 @@ ZPP_INLINE V select(M condition, V a, V b) {
     return condition ? a : b;
 }
 
+// All lanes, for the masked forms of intrinsics (above).
+inline constexpr uint16_t kAllLanes = 0xFFFF;
+
 // b where the comparison is unordered: as the instructions have it, which GCC does not find in the ternary.
 template <class V>
 ZPP_INLINE V min(V a, V b) {
@@ -117,6 +120,10 @@ ZPP_INLINE V min(V a, V b) {
 #ifdef __AVX2__
     if constexpr (std::is_same_v<V, Vec<float, 8>>) return _mm256_min_ps(a, b);
     if constexpr (std::is_same_v<V, Vec<double, 4>>) return _mm256_min_pd(a, b);
+#endif
+#ifdef __AVX512F__
+    if constexpr (std::is_same_v<V, Vec<float, 16>>) return _mm512_maskz_min_ps(kAllLanes, a, b);
+    if constexpr (std::is_same_v<V, Vec<double, 8>>) return _mm512_maskz_min_pd(kAllLanes & 0xFF, a, b);
 #endif
     return a < b ? a : b;
 }
@@ -131,7 +138,8 @@ ZPP_INLINE V max(V a, V b) {
     if constexpr (std::is_same_v<V, Vec<double, 4>>) return _mm256_max_pd(a, b);
 #endif
 #ifdef __AVX512F__
-    if constexpr (std::is_same_v<V, Vec<double, 8>>) return _mm512_maskz_max_pd(0xFF, a, b);
+    if constexpr (std::is_same_v<V, Vec<float, 16>>) return _mm512_maskz_max_ps(kAllLanes, a, b);
+    if constexpr (std::is_same_v<V, Vec<double, 8>>) return _mm512_maskz_max_pd(kAllLanes & 0xFF, a, b);
 #endif
     return a > b ? a : b;
 }

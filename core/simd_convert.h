@@ -31,6 +31,20 @@ ZPP_INLINE auto mapRegisters(Op op, V v, W... others) {
 }
 
 #ifdef __SSE2__
+// A vector as the type that integer instructions take.
+template <class V>
+ZPP_INLINE auto asRegister(V v) {
+    if constexpr (sizeof(V) == 16) return bitCast<__m128i>(v);
+#ifdef __AVX2__
+    else if constexpr (sizeof(V) == 32)
+        return bitCast<__m256i>(v);
+#endif
+#ifdef __AVX512F__
+    else
+        return bitCast<__m512i>(v);
+#endif
+}
+
 // The first bytes of a register.
 template <int Bytes>
 ZPP_INLINE __m128i loadBytes(const void* p) {
@@ -53,9 +67,6 @@ ZPP_INLINE void storeBytes(void* p, __m128i v) {
         store(static_cast<char*>(p), _mm_cvtsi128_si32(v));
 }
 
-// All lanes, for the masked forms of intrinsics (core/simd.h says why).
-inline constexpr uint16_t kAllLanes = 0xFFFF;
-
 // The first four elements of type S as lanes of 32 bits.
 template <class S>
 ZPP_INLINE __m128i widenFour(__m128i v) {
@@ -69,11 +80,11 @@ ZPP_INLINE __m128i widenFour(__m128i v) {
         else
             return isSigned ? _mm_cvtepi16_epi32(v) : _mm_cvtepu16_epi32(v);
 #else
-        // Into the upper end of the lanes, and down.
-        constexpr int count = 32 - 8 * static_cast<int>(sizeof(S));
-        if constexpr (sizeof(S) == 1) v = _mm_unpacklo_epi8(v, v);
-        v = _mm_unpacklo_epi16(v, v);
-        return isSigned ? _mm_srai_epi32(v, count) : _mm_srli_epi32(v, count);
+        // Signed numbers go into the upper end of the lanes, and down; unsigned ones get zeros above.
+        const __m128i zero = _mm_setzero_si128();
+        if constexpr (sizeof(S) == 1) v = _mm_unpacklo_epi8(v, isSigned ? v : zero);
+        v = _mm_unpacklo_epi16(v, isSigned ? v : zero);
+        return isSigned ? _mm_srai_epi32(v, 32 - 8 * static_cast<int>(sizeof(S))) : v;
 #endif
     }
 }
@@ -229,7 +240,8 @@ inline ZppStatus withRounding(ZppRoundMode mode, Run run) {
                                 : run(std::integral_constant<Rounding, Rounding::kZero>{});
 }
 
-// Singles inside the range of int32_t as integers.
+// Singles as integers. Instructions make -2^31 of what has no place in 32 bits and of a NaN; a single element
+// must have one.
 template <Rounding rounding, class V>
 ZPP_INLINE auto toInts(V v) {
     constexpr bool nearest = rounding == Rounding::kNearest;
@@ -252,132 +264,30 @@ ZPP_INLINE auto toInts(V v) {
 #endif
 }
 
-// Doubles inside the range of int32_t as integers.
+// Doubles as the integers next to them, a NaN as the least.
 template <Rounding rounding, class V>
 ZPP_INLINE void storeAsInts(int32_t* p, V v) {
     constexpr bool nearest = rounding == Rounding::kNearest;
     constexpr int n = sizeof(V) / sizeof(double);
-    if constexpr (n == 1)
-        store(p, nearest ? static_cast<int32_t>(__builtin_lrint(v)) : static_cast<int32_t>(v));
+    constexpr Range<double> range = {kRange<int32_t>.lower, kRange<int32_t>.upper};
+    [[maybe_unused]] const V bounded = min(broadcast<V>(range.upper), v);  // as in toIntsOf
+    if constexpr (n == 1) {
+        const double inside = saturate(v, range);
+        store(p, nearest ? static_cast<int32_t>(__builtin_lrint(inside)) : static_cast<int32_t>(inside));
+    }
 #ifdef __SSE2__
     else if constexpr (n == 2)
-        storeBytes<8>(p, nearest ? _mm_cvtpd_epi32(v) : _mm_cvttpd_epi32(v));
+        storeBytes<8>(p, nearest ? _mm_cvtpd_epi32(bounded) : _mm_cvttpd_epi32(bounded));
 #endif
 #ifdef __AVX2__
     else if constexpr (n == 4)
-        storeBytes<16>(p, nearest ? _mm256_cvtpd_epi32(v) : _mm256_cvttpd_epi32(v));
+        storeBytes<16>(p, nearest ? _mm256_cvtpd_epi32(bounded) : _mm256_cvttpd_epi32(bounded));
 #endif
 #ifdef __AVX512F__
     else
-        store(p, nearest ? _mm512_maskz_cvtpd_epi32(kAllLanes & 0xFF, v)
-                         : _mm512_maskz_cvttpd_epi32(kAllLanes & 0xFF, v));
+        store(p, nearest ? _mm512_maskz_cvtpd_epi32(kAllLanes & 0xFF, bounded)
+                         : _mm512_maskz_cvttpd_epi32(kAllLanes & 0xFF, bounded));
 #endif
-}
-
-// How many registers of 32-bit lanes are stored as D at a time: as many as fill one, where packing several
-// together pays. AVX-512 narrows each in one instruction.
-template <class D>
-inline constexpr int kPackedRegisters = kVectorBytes == 16 || kVectorBytes == 32
-                                            ? static_cast<int>(sizeof(int32_t) / sizeof(D))
-                                            : 1;
-
-#ifdef __SSE2__
-// The lanes of a and b, which hold values of D or beyond (for unsigned words: above -2^31 + 2^15), as words.
-template <class D>
-ZPP_INLINE __m128i packWords(__m128i a, __m128i b) {
-    if constexpr (std::is_signed_v<D> || sizeof(D) == 1) return _mm_packs_epi32(a, b);
-#ifdef __SSE4_1__
-    else
-        return _mm_packus_epi32(a, b);
-#else
-    else {
-        const __m128i bias = _mm_set1_epi32(32768);
-        const __m128i words = _mm_packs_epi32(_mm_sub_epi32(a, bias), _mm_sub_epi32(b, bias));
-        return _mm_xor_si128(words, _mm_set1_epi16(-32768));
-    }
-#endif
-}
-template <class D>
-ZPP_INLINE __m128i packBytes(__m128i a, __m128i b) {
-    return std::is_signed_v<D> ? _mm_packs_epi16(a, b) : _mm_packus_epi16(a, b);
-}
-#endif
-
-#ifdef __AVX2__
-// The same within the halves of the registers.
-template <class D>
-ZPP_INLINE __m256i packWords(__m256i a, __m256i b) {
-    return std::is_signed_v<D> || sizeof(D) == 1 ? _mm256_packs_epi32(a, b) : _mm256_packus_epi32(a, b);
-}
-template <class D>
-ZPP_INLINE __m256i packBytes(__m256i a, __m256i b) {
-    return std::is_signed_v<D> ? _mm256_packs_epi16(a, b) : _mm256_packus_epi16(a, b);
-}
-#endif
-
-#ifdef __AVX512F__
-template <class D>
-ZPP_INLINE void storeRegister(D* p, Vec<int32_t, 16> v) {
-    if constexpr (std::is_signed_v<D> && sizeof(D) == 1)
-        storeBytes<16>(p, _mm512_maskz_cvtsepi32_epi8(kAllLanes, bitCast<__m512i>(v)));
-    else if constexpr (std::is_signed_v<D>)
-        store(p, _mm512_maskz_cvtsepi32_epi16(kAllLanes, bitCast<__m512i>(v)));
-    else if constexpr (sizeof(D) == 1)
-        storeBytes<16>(p, _mm512_maskz_cvtusepi32_epi8(kAllLanes, bitCast<__m512i>(max(v, v - v))));
-    else
-        store(p, _mm512_maskz_cvtusepi32_epi16(kAllLanes, bitCast<__m512i>(max(v, v - v))));
-}
-#endif
-#ifdef __AVX2__
-template <class D>
-ZPP_INLINE void storeRegister(D* p, Vec<int32_t, 8> v) {
-    const __m256i bits = bitCast<__m256i>(v);
-    const __m128i words = packWords<D>(_mm256_castsi256_si128(bits), _mm256_extracti128_si256(bits, 1));
-    storeBytes<8 * sizeof(D)>(p, sizeof(D) == 1 ? packBytes<D>(words, words) : words);
-}
-// Registers that fill one of D. Packing within halves leaves the elements of the lower halves of all
-// registers before those of the upper ones.
-template <class D>
-ZPP_INLINE void storePacked(D* p, Halves<Vec<int32_t, 8>> v) {
-    const __m256i words = packWords<D>(bitCast<__m256i>(v.low), bitCast<__m256i>(v.high));
-    store(p, _mm256_permute4x64_epi64(words, 0xD8));
-}
-template <class D>
-ZPP_INLINE void storePacked(D* p, Halves<Halves<Vec<int32_t, 8>>> v) {
-    const __m256i low = packWords<D>(bitCast<__m256i>(v.low.low), bitCast<__m256i>(v.low.high));
-    const __m256i high = packWords<D>(bitCast<__m256i>(v.high.low), bitCast<__m256i>(v.high.high));
-    const __m256i order = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7);
-    store(p, _mm256_permutevar8x32_epi32(packBytes<D>(low, high), order));
-}
-#elif defined(__SSE2__)
-template <class D>
-ZPP_INLINE void storeRegister(D* p, Vec<int32_t, 4> v) {
-    const __m128i words = packWords<D>(bitCast<__m128i>(v), bitCast<__m128i>(v));
-    storeBytes<4 * sizeof(D)>(p, sizeof(D) == 1 ? packBytes<D>(words, words) : words);
-}
-template <class D>
-ZPP_INLINE void storePacked(D* p, Halves<Vec<int32_t, 4>> v) {
-    store(p, packWords<D>(bitCast<__m128i>(v.low), bitCast<__m128i>(v.high)));
-}
-template <class D>
-ZPP_INLINE void storePacked(D* p, Halves<Halves<Vec<int32_t, 4>>> v) {
-    const __m128i low = packWords<D>(bitCast<__m128i>(v.low.low), bitCast<__m128i>(v.low.high));
-    const __m128i high = packWords<D>(bitCast<__m128i>(v.high.low), bitCast<__m128i>(v.high.high));
-    store(p, packBytes<D>(low, high));
-}
-#endif
-
-// Integers of 32 bits as D, saturated. V is one register or kPackedRegisters<D> of them. To unsigned words
-// the values must lie above -2^31 + 2^15.
-template <class D, class V>
-ZPP_INLINE void storeSaturated(D* p, V v) {
-    if constexpr (std::is_same_v<V, int32_t>) {
-        constexpr Range<int32_t> range = kRange<D>;
-        *p = static_cast<D>(clamp(v, range.lower, range.upper));
-    } else if constexpr (kIsHalves<V>)
-        storePacked(p, v);
-    else
-        storeRegister(p, v);
 }
 
 }  // namespace zpp::ZPP_ISA

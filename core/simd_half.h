@@ -1,8 +1,8 @@
-// Half precision (IEEE 754 binary16) in the SIMD vocabulary. The builds with F16C use its instructions, and
-// correct them where they differ from the rules of the library; the others compute with the bits.
+// Half precision (IEEE 754 binary16) in the SIMD vocabulary. The builds with F16C use its instructions where
+// they do what the library promises, which they do for most numbers; all else is computed from the bits.
 #pragma once
 
-#include "core/simd_convert.h"
+#include "core/simd_pack.h"
 
 namespace zpp::ZPP_ISA {
 
@@ -10,49 +10,124 @@ struct Half {
     uint16_t bits;
 };
 
-inline constexpr int32_t kHalfRebias = (127 - 15) << 23;  // between the exponents of a half and a single
 inline constexpr int32_t kHalfInfinity = 0x7C00;
 inline constexpr int32_t kHalfNan = 0x7DFF;  // what the library writes for every NaN
 inline constexpr int32_t kSingleInfinity = 0x7F800000;
-inline constexpr int32_t kSingle65536 = 0x47800000;   // the first power of two that a half does not reach
 inline constexpr int32_t kSingleNormal = 0x38800000;  // 2^-14, the least normal half
-inline constexpr int32_t kSingleTie = 0x33000000;     // 2^-25, half the least subnormal half
+inline constexpr int32_t kSingleTie = 0x33000000;     // 2^-25, half the least subnormal half, is rounded up
+inline constexpr int32_t kSingle65536 = 0x47800000;   // from here on halves are infinite
+inline constexpr int kPlaces = 23 - 10;               // between the fractions of a half and a single
 
-// A register of integers as one of singles of the same bits.
+template <class V>
+using FloatsOf = Vec<float, sizeof(V) / sizeof(float)>;
+
+// A register of integers as one of singles of the same bits, and the single of these bits in every lane.
 template <class V>
 ZPP_INLINE auto asFloats(V bits) {
-    return bitCast<Vec<float, sizeof(V) / sizeof(float)>>(bits);
+    return bitCast<FloatsOf<V>>(bits);
+}
+template <class V>
+ZPP_INLINE auto floatsOf(int32_t bits) {
+    return asFloats(broadcast<V>(bits));
 }
 
 // The singles, as bits, of halves in lanes of 32 bits. NaNs keep their payload and stay signalling.
 template <class V>
 ZPP_INLINE V halfToSingle(V half) {
     const V magnitude = half & 0x7FFF;
-    const V normal = (magnitude << 13) + kHalfRebias;
-    const V special = normal + kHalfRebias;
-    const V subnormal = bitCast<V>(toFloat(magnitude) * 0x1p-24f);
-    const V single =
-        select(magnitude < 0x400, subnormal, select(magnitude >= kHalfInfinity, special, normal));
-    return single | (half & 0x8000) << 16;
+    // With the exponent of a normal half, and with the next one: a normal number is the difference. In the
+    // second the fraction of a subnormal number has its value, beside the 2^-14 of the leading one.
+    const V once = (magnitude << kPlaces) + (127 - 15) * (1 << 23);
+    const V twice = once + (1 << 23);
+    const V finite = bitCast<V>(asFloats(twice) - max(asFloats(once), floatsOf<V>(kSingleNormal)));
+    const V special = magnitude >= kHalfInfinity ? broadcast<V>(kSingleInfinity) : V{};
+    return finite | special | (half & 0x8000) << 16;
 }
 
-// The halves, in lanes of 32 bits, of singles given as bits.
-template <Rounding rounding, class V>
+// The halves, as signed numbers in lanes of 32 bits, of singles given as bits. With `plain` none is a NaN or
+// 2^-25.
+template <Rounding rounding, bool plain, class V>
 ZPP_INLINE V singleToHalf(V single) {
-    constexpr bool nearest = rounding == Rounding::kNearest;
     const V magnitude = single & 0x7FFFFFFF;
-    const V bounded = min(magnitude, broadcast<V>(kSingle65536));
-    const V rounded = nearest ? bounded + 0xFFF + (bounded >> 13 & 1) : bounded;
-    const V normal = (rounded - kHalfRebias) >> 13;
+    V bounded = bitCast<V>(min(asFloats(magnitude), floatsOf<V>(kSingle65536)));
+    if constexpr (rounding == Rounding::kNearest && !plain)
+        bounded = addWhere(bounded == kSingleTie, bounded);
 
-    // Subnormal halves are multiples of 2^-24.
-    const V tiny = min(magnitude, broadcast<V>(kSingleNormal));
-    V subnormal = toInts<rounding>(asFloats(tiny) * 0x1p24f);
-    if constexpr (nearest) subnormal = addWhere(magnitude == kSingleTie, subnormal);
-
-    const V half = select(magnitude < kSingleNormal, subnormal, normal);
-    return select(magnitude > kSingleInfinity, broadcast<V>(kHalfNan), half) | (single >> 16 & 0x8000);
+    // In units of its last place; those of subnormal halves are the ones of 2^-14.
+    const V power = bitCast<V>(max(asFloats(bounded & kSingleInfinity), floatsOf<V>(kSingleNormal)));
+    const V exponent = power - kSingleNormal;
+    const V units = toInts<rounding>(asFloats(bounded) * asFloats((127 + 24) * (1 << 23) - exponent));
+    V half = units + (exponent >> kPlaces);
+    if constexpr (!plain) half |= magnitude > kSingleInfinity ? broadcast<V>(kHalfNan - kHalfInfinity) : V{};
+    return half | (single >> 16 & ~0x7FFF);
 }
+
+#ifdef __F16C__
+// A comparison, for any(), by the predicate that its instruction has.
+template <int predicate>
+ZPP_INLINE auto compare(Vec<float, 8> a, Vec<float, 8> b) {
+    return bitCast<Vec<int32_t, 8>>(_mm256_cmp_ps(a, b, predicate));
+}
+template <int mode>
+ZPP_INLINE __m128i narrowToHalves(Vec<float, 8> v) {
+    return _mm256_cvtps_ph(v, mode);
+}
+#ifdef __AVX512F__
+template <int predicate>
+ZPP_INLINE auto compare(Vec<float, 16> a, Vec<float, 16> b) {
+    return _mm512_cmp_ps_mask(a, b, predicate);
+}
+template <int mode>
+ZPP_INLINE __m256i narrowToHalves(Vec<float, 16> v) {
+    return _mm512_maskz_cvtps_ph(kAllLanes, v, mode);
+}
+#endif
+
+// Whether it holds anywhere.
+ZPP_INLINE bool either(Vec<int32_t, 8> a, Vec<int32_t, 8> b) { return any(a | b); }
+#ifdef __AVX512F__
+ZPP_INLINE bool either(__mmask16 a, __mmask16 b) { return _mm512_kortestz(a, b) == 0; }
+#endif
+
+template <class V>
+ZPP_INLINE bool anyNan(V v) {
+    return any(compare<_CMP_UNORD_Q>(v, v));
+}
+template <class V>
+ZPP_INLINE bool anyNan(Halves<V> v) {
+    return any(compare<_CMP_UNORD_Q>(v.low, v.high));
+}
+
+// Where the instructions differ from singleToHalf: they keep the payload of a NaN, round 2^-25 to 0, and do
+// not truncate to infinity.
+template <Rounding rounding, class V>
+ZPP_INLINE auto isOdd(V single) {
+    const auto magnitude = asFloats(single & 0x7FFFFFFF);
+    if constexpr (rounding == Rounding::kNearest)
+        return compare<_CMP_EQ_UQ>(magnitude, floatsOf<V>(kSingleTie));
+    else
+        return compare<_CMP_NLT_UQ>(magnitude, floatsOf<V>(kSingle65536));
+}
+template <Rounding rounding, class V>
+ZPP_INLINE bool anyOdd(V single) {
+    return any(isOdd<rounding>(single));
+}
+template <Rounding rounding, class V>
+ZPP_INLINE bool anyOdd(Halves<V> single) {
+    return either(isOdd<rounding>(single.low), isOdd<rounding>(single.high));
+}
+
+template <Rounding rounding, class V>
+ZPP_INLINE void storeByInstruction(Half* p, V single) {
+    if constexpr (kIsHalves<V>) {
+        storeByInstruction<rounding>(p, single.low);
+        storeByInstruction<rounding>(p + sizeof(single.low) / sizeof(float), single.high);
+    } else {
+        constexpr int mode = rounding == Rounding::kNearest ? _MM_FROUND_TO_NEAREST_INT : _MM_FROUND_TO_ZERO;
+        store(p, narrowToHalves<mode>(asFloats(single)));
+    }
+}
+#endif
 
 // N halves as singles, a register or several. NaNs may become quiet.
 template <int N>
@@ -70,74 +145,43 @@ ZPP_INLINE auto loadAsFloats(const Half* p) {
         return asFloats(halfToSingle(loadAsInts<N>(&p->bits)));
 }
 
-// N halves as the bits of singles, exactly.
+// N halves as the bits of singles, exactly, in a register or two.
 template <int N>
 ZPP_INLINE auto loadAsFloatBits(const Half* p) {
-    if constexpr (N > kLanes<int32_t>) {
-        return halves(loadAsFloatBits<N / 2>(p), loadAsFloatBits<N / 2>(p + N / 2));
-    } else {
-        const auto half = loadAsInts<N>(&p->bits);
+    const auto exact = [=]() ZPP_INLINE_LAMBDA {
+        return mapRegisters([](auto half) ZPP_INLINE_LAMBDA { return halfToSingle(half); },
+                            loadRegisters<N>(&p->bits));
+    };
 #ifdef __F16C__
-        if constexpr (N > 1) {
-            // The quiet bit of a NaN again as it was: the upper bit of the payload.
-            const auto single = loadAsFloats<N>(p);
-            const auto bits = bitCast<Vec<int32_t, N>>(single);
-            return bits & ~((single != single) & ~(half << 13) & 0x400000);
-        }
-#endif
-        return halfToSingle(half);
+    if constexpr (N > 1) {
+        const auto v = loadAsFloats<N>(p);
+        if (anyNan(v)) [[unlikely]]  // some of them may have become quiet
+            return exact();
+        return mapRegisters([](auto single) { return bitCast<Vec<int32_t, kLanes<float>>>(single); }, v);
     }
-}
-
-#ifdef __F16C__
-// Instructions round 2^-25 to 0, overflow to the largest number under truncation, and keep a NaN's payload.
-template <Rounding rounding, class V>
-ZPP_INLINE V adjustedForF16c(V single) {
-    if constexpr (rounding == Rounding::kNearest)
-        return addWhere((single & 0x7FFFFFFF) == kSingleTie, single);
-    // Infinite from 65536 on, and otherwise as it was.
-    else
-        return bitCast<V>(asFloats(single) * 0x1p112f * 0x1p-112f);
-}
-template <class V>
-ZPP_INLINE V adjustedFromF16c(V half) {
-    return min(half & 0x7FFF, broadcast<V>(static_cast<int16_t>(kHalfNan))) | (half & -0x8000);
-}
-
-template <Rounding rounding>
-ZPP_INLINE auto packHalves(Vec<int32_t, 8> single) {
-    constexpr int mode = rounding == Rounding::kNearest ? _MM_FROUND_TO_NEAREST_INT : _MM_FROUND_TO_ZERO;
-    return bitCast<Vec<int16_t, 8>>(
-        _mm256_cvtps_ph(bitCast<__m256>(adjustedForF16c<rounding>(single)), mode));
-}
-template <Rounding rounding>
-ZPP_INLINE auto packHalves(Halves<Vec<int32_t, 8>> single) {
-    const __m128i low = bitCast<__m128i>(packHalves<rounding>(single.low));
-    const __m128i high = bitCast<__m128i>(packHalves<rounding>(single.high));
-    return bitCast<Vec<int16_t, 16>>(_mm256_inserti128_si256(_mm256_castsi128_si256(low), high, 1));
-}
-#ifdef __AVX512F__
-template <Rounding rounding>
-ZPP_INLINE auto packHalves(Vec<int32_t, 16> single) {
-    constexpr int mode = rounding == Rounding::kNearest ? _MM_FROUND_TO_NEAREST_INT : _MM_FROUND_TO_ZERO;
-    return bitCast<Vec<int16_t, 16>>(
-        _mm512_maskz_cvtps_ph(kAllLanes, bitCast<__m512>(adjustedForF16c<rounding>(single)), mode));
-}
 #endif
-#endif
+    return exact();
+}
 
-// Singles, given as bits, as halves. V is one register or kPackedRegisters<Half> of them.
-template <Rounding rounding, class V>
+// Singles, given as bits, as halves, without the instructions.
+template <Rounding rounding, bool plain, class V>
+ZPP_INLINE void storeFromBits(Half* p, V single) {
+    const auto half = [](auto v) ZPP_INLINE_LAMBDA { return singleToHalf<rounding, plain>(v); };
+    storeSaturated(reinterpret_cast<int16_t*>(p), mapRegisters(half, single));
+}
+// Singles, given as bits, as halves; `plain` is that of singleToHalf. V is one register or
+// kPackedRegisters<Half> of them.
+template <Rounding rounding, bool plain, class V>
 ZPP_INLINE void storeAsHalves(Half* p, V single) {
 #ifdef __F16C__
     if constexpr (!std::is_same_v<V, int32_t>) {
-        store(&p->bits, adjustedFromF16c(packHalves<rounding>(single)));
-        return;
+        if (plain || !anyOdd<rounding>(single)) [[likely]] {
+            storeByInstruction<rounding>(p, single);
+            return;
+        }
     }
 #endif
-    // As signed words: saturation must not meddle with the sign bit.
-    const auto toWord = [](auto v) { return singleToHalf<rounding>(v) << 16 >> 16; };
-    storeSaturated(reinterpret_cast<int16_t*>(p), mapRegisters(toWord, single));
+    storeFromBits<rounding, plain>(p, single);
 }
 
 }  // namespace zpp::ZPP_ISA

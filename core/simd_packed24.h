@@ -2,7 +2,7 @@
 // outside the elements is touched.
 #pragma once
 
-#include "core/simd_convert.h"
+#include "core/simd_pack.h"
 
 namespace zpp::ZPP_ISA {
 

@@ -46,31 +46,13 @@ inline ZppStatus scaledToFloat(const S* pSrc, Zpp32f* pDst, int len, int scaleFa
     return elementwise32([=](auto v) ZPP_INLINE_LAMBDA { return toFloat(v) * multiplier; }, pDst, len, pSrc);
 }
 
-// Singles as integers of type D. The upper bound of 32 bits is no single: it is put in at the end.
-template <class D, Rounding rounding>
-struct ToInteger {
-    float multiplier;
-
-    template <class V>
-    ZPP_INLINE auto operator()(V v) const {
-        constexpr float kBelow31Bits = 0x7FFFFF80;
-        constexpr bool wide = sizeof(D) == sizeof(int32_t);
-        constexpr float lower = static_cast<float>(kRange<D>.lower);
-        constexpr float upper = wide ? kBelow31Bits : static_cast<float>(kRange<D>.upper);
-        const V scaled = v * multiplier;
-        // In this order a NaN becomes the lower bound.
-        const auto ints = toInts<rounding>(saturate(scaled, Range<float>{lower, upper}));
-        if constexpr (wide)
-            return select(scaled > kBelow31Bits, broadcast<decltype(ints)>(kRange<D>.upper), ints);
-        else
-            return ints;
-    }
-};
-
 template <class S, class D>
 inline ZppStatus toInteger(const S* pSrc, D* pDst, int len, ZppRoundMode rndMode, float multiplier) {
     return withRounding(rndMode, [=](auto rounding) {
-        return elementwise32(ToInteger<D, decltype(rounding)::value>{multiplier}, pDst, len, pSrc);
+        const auto toInt = [=](auto v) ZPP_INLINE_LAMBDA {
+            return toIntsOf<D, decltype(rounding)::value>(v * multiplier);
+        };
+        return elementwise32(toInt, pDst, len, pSrc);
     });
 }
 template <class D>
@@ -155,14 +137,12 @@ ZppStatus zppsConvert_32f32s_Sfs(const Zpp32f* pSrc, Zpp32s* pDst, int len, ZppR
 ZppStatus zppsConvert_64f32s_Sfs(const Zpp64f* pSrc, Zpp32s* pDst, int len, ZppRoundMode rndMode,
                                  int scaleFactor) {
     const double multiplier = scaleMultiplier<double>(scaleFactor);
-    const Range<double> range = {kRange<int32_t>.lower, kRange<int32_t>.upper};
-    const auto bounded = [=](auto lanes, const Zpp64f* p) ZPP_INLINE_LAMBDA {
-        return saturate(loadDoubles(lanes, p) * multiplier, range);
-    };
+    const auto scaled = [=](auto lanes, const Zpp64f* p)
+                            ZPP_INLINE_LAMBDA { return loadDoubles(lanes, p) * multiplier; };
     return withRounding(rndMode, [=](auto rounding) {
         const auto put = [](Zpp32s* p, auto v)
                              ZPP_INLINE_LAMBDA { storeAsInts<decltype(rounding)::value>(p, v); };
-        return elementwiseSteps<kLanes<double>>(bounded, put, pDst, len, pSrc);
+        return elementwiseSteps<kLanes<double>>(scaled, put, pDst, len, pSrc);
     });
 }
 ZppStatus zppsConvert_32f24s_Sfs(const Zpp32f* pSrc, Zpp8u* pDst, int len, int scaleFactor) {
