@@ -198,6 +198,9 @@ ZPP_INLINE Vec<double, N> loadAsDoubles(const S* p) {
 #ifdef __AVX512F__
     else if constexpr (std::is_same_v<S, float>)
         return _mm512_maskz_cvtps_pd(kAllLanes & 0xFF, load<__m256>(p));
+    else if constexpr (sizeof(S) == 2)
+        return _mm512_maskz_cvtepi64_pd(kAllLanes & 0xFF,
+                                        _mm512_maskz_cvtepi16_epi64(kAllLanes & 0xFF, loadBytes<16>(p)));
     else
         return _mm512_maskz_cvtepi32_pd(kAllLanes & 0xFF, bitCast<__m256i>(loadAsInts<8>(p)));
 #endif

@@ -12,8 +12,8 @@ constexpr auto loadDoubles = [](auto lanes, const auto* p)
 constexpr auto storeDoubles = [](double* p, auto v) ZPP_INLINE_LAMBDA { store(p, v); };
 constexpr auto storeFloats = [](float* p, auto v) ZPP_INLINE_LAMBDA { storeAsFloats(p, v); };
 
-// x * 2^-scaleFactor as a double, exact but for one rounding outside the normal range: the first of the two
-// factors stays inside.
+// x * 2^-scaleFactor as a double for every scaleFactor, exact but for one rounding outside the normal range:
+// the first of the two factors stays inside.
 class ScaledDoubles {
   public:
     explicit ScaledDoubles(int scaleFactor) {
@@ -32,7 +32,12 @@ class ScaledDoubles {
 
 template <class S>
 inline ZppStatus scaledToDouble(const S* pSrc, Zpp64f* pDst, int len, int scaleFactor) {
-    return elementwiseSteps<kLanes<double>>(ScaledDoubles(scaleFactor), storeDoubles, pDst, len, pSrc);
+    if (scaleFactor < -1000 || scaleFactor > 1000)
+        return elementwiseSteps<kLanes<double>>(ScaledDoubles(scaleFactor), storeDoubles, pDst, len, pSrc);
+    const double multiplier = scaleMultiplier<double>(scaleFactor);
+    return elementwiseSteps<kLanes<double>>(
+        [=](auto lanes, const S* p) ZPP_INLINE_LAMBDA { return loadDoubles(lanes, p) * multiplier; },
+        storeDoubles, pDst, len, pSrc);
 }
 
 // Where the result is normal or infinite anyway, scaling after the rounding to single is exact. Elsewhere the
