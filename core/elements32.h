@@ -19,7 +19,7 @@ ZPP_INLINE auto loadElements32(const S* p) {
     else if constexpr (N > kLanes<int32_t>)
         return halves(loadElements32<N / 2>(p), loadElements32<N / 2>(p + N / 2));
     else if constexpr (kIsPacked24<S>)
-        return loadPacked24<N>(p);
+        return unpack24<S>(loadPacked<N>(p->bytes));
     else if constexpr (std::is_same_v<S, float> || std::is_same_v<S, uint32_t>)
         return load<Vec<S, N>>(p);
     else
@@ -30,7 +30,8 @@ ZPP_INLINE auto loadElements32(const S* p) {
 template <class D, class V>
 ZPP_INLINE void storeElements32(D* p, V v) {
     if constexpr (kIsPacked24<D>)
-        storePacked24(p, mapRegisters([](auto lanes) ZPP_INLINE_LAMBDA { return asSigned(lanes); }, v));
+        storePacked(p->bytes,
+                    mapRegisters([](auto lanes) ZPP_INLINE_LAMBDA { return pack24(asSigned(lanes)); }, v));
     else if constexpr (sizeof(D) == 4)
         store(p, v);
     else

@@ -25,119 +25,162 @@ inline constexpr int kPackedRegisters<UInt24> = kPackedRegisters<Int24>;
 template <class T>
 inline constexpr bool kIsPacked24 = std::is_same_v<T, Int24> || std::is_same_v<T, UInt24>;
 
-// Lanes that hold the three bytes at their upper end, as lanes of the value.
-template <class T, class V>
-ZPP_INLINE V fromUpperBytes(V v) {
-    if constexpr (std::is_same_v<T, Int24>)
-        return v >> 8;
+// In a register, packed elements are as many as it has lanes of 32 bits: four at the lower end of each 128
+// bits, or, where there is no shuffle of bytes, two in each 64 bits. A single one is a number.
+
+// N elements as they are, a register or several. AVX2 has those of the upper 128 bits kUpperStart bytes up.
+inline constexpr int kUpperStart = kVectorBytes == 32 ? 4 : 0;
+template <int N>
+ZPP_INLINE auto loadPacked(const uint8_t* p) {
+    using V [[maybe_unused]] = Vec<int32_t, N>;
+    if constexpr (N > kLanes<int32_t>)
+        return halves(loadPacked<N / 2>(p), loadPacked<N / 2>(p + 3 * N / 2));
+    else if constexpr (N == 1)
+        return p[0] | p[1] << 8 | p[2] << 16;
+#if defined(__AVX512F__)
+    else {
+        const __m512i spread = _mm512_setr_epi32(0, 1, 2, 2, 3, 4, 5, 5, 6, 7, 8, 8, 9, 10, 11, 11);
+        const __m512i bytes = _mm512_maskz_loadu_epi32(0xFFF, p);
+        return bitCast<V>(_mm512_maskz_permutexvar_epi32(kAllLanes, spread, bytes));
+    }
+#elif defined(__AVX2__)
+    else {
+        const __m256i low = _mm256_castsi128_si256(loadBytes<16>(p));
+        return bitCast<V>(_mm256_inserti128_si256(low, loadBytes<16>(p + 12 - kUpperStart), 1));
+    }
+#elif defined(__SSE2__)
     else
-        return v >> 8 & 0xFFFFFF;
+        return bitCast<V>(_mm_unpacklo_epi64(loadBytes<8>(p), _mm_srli_epi64(loadBytes<8>(p + 4), 16)));
+#endif
 }
 
-// N packed elements as lanes of 32 bits.
-template <int N, class T>
-ZPP_INLINE Vec<int32_t, N> loadPacked24(const T* p) {
-    using V [[maybe_unused]] = Vec<int32_t, N>;
-    if constexpr (N == 1) {
-        const uint32_t upper =
-            static_cast<uint32_t>(p->bytes[0] << 8 | p->bytes[1] << 16) | uint32_t{p->bytes[2]} << 24;
-        return fromUpperBytes<T>(static_cast<int32_t>(upper));
-    }
+#ifdef __AVX2__
+// The bytes of each 128 bits in another order, in which kNone is a 0; in the upper 128 bits of two, of the
+// bytes from upperStart on.
+inline constexpr char kNone = -0x80;
+template <class V>
+ZPP_INLINE V shuffleBytes(V v, __m128i order, [[maybe_unused]] int upperStart = 0) {
 #ifdef __AVX512F__
-    else if constexpr (N == 16) {
-        return __builtin_shufflevector(loadPacked24<8>(p), loadPacked24<8>(p + 8), 0, 1, 2, 3, 4, 5, 6, 7, 8,
-                                       9, 10, 11, 12, 13, 14, 15);
+    const __m512i orders = _mm512_maskz_broadcast_i32x4(kAllLanes, order);
+    return bitCast<V>(_mm512_shuffle_epi8(bitCast<__m512i>(v), orders));
+#else
+    const __m128i upper = _mm_add_epi8(order, _mm_set1_epi8(static_cast<char>(upperStart)));
+    return bitCast<V>(_mm256_shuffle_epi8(bitCast<__m256i>(v), _mm256_setr_m128i(order, upper)));
+#endif
+}
+#elif defined(__SSE2__)
+using Pairs = Vec<uint64_t, 2>;
+#endif
+
+// Packed elements as lanes of their values.
+template <class T, class V>
+ZPP_INLINE V unpack24(V packed) {
+    constexpr bool isSigned = std::is_same_v<T, Int24>;
+    if constexpr (std::is_same_v<V, int32_t>) return isSigned ? packed << 8 >> 8 : packed;
+#if defined(__AVX2__)
+    else if constexpr (isSigned) {
+        const __m128i toUpper =
+            _mm_setr_epi8(kNone, 0, 1, 2, kNone, 3, 4, 5, kNone, 6, 7, 8, kNone, 9, 10, 11);
+        return shuffleBytes(packed, toUpper, kUpperStart) >> 8;
+    } else {
+        const __m128i toLower =
+            _mm_setr_epi8(0, 1, 2, kNone, 3, 4, 5, kNone, 6, 7, 8, kNone, 9, 10, 11, kNone);
+        return shuffleBytes(packed, toLower, kUpperStart);
+    }
+#elif defined(__SSE2__)
+    else {
+        const Pairs pairs = bitCast<Pairs>(packed);
+        const V lower = bitCast<V>((pairs & 0xFFFFFF) | (pairs << 8 & 0xFFFFFF00000000));
+        return isSigned ? lower << 8 >> 8 : lower;
     }
 #endif
-#ifdef __AVX2__
+}
+
+// The lower three bytes of lanes as packed elements.
+template <class V>
+ZPP_INLINE V pack24(V v) {
+    if constexpr (std::is_same_v<V, int32_t>) return v;
+#if defined(__AVX2__)
+    else
+        return shuffleBytes(
+            v, _mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, kNone, kNone, kNone, kNone));
+#elif defined(__SSE2__)
     else {
-        // Elements 0 to 3 begin 0 bytes into the lower half, 4 to 7 4 bytes into the upper.
-        const __m128i low = loadBytes<16>(p->bytes);
-        const __m128i high = loadBytes<16>(p->bytes + 8);
-        const __m256i bytes = _mm256_inserti128_si256(_mm256_castsi128_si256(low), high, 1);
-        if constexpr (std::is_same_v<T, Int24>) {
-            const __m256i toUpper =
-                _mm256_setr_epi8(-1, 0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11,  //
-                                 -1, 4, 5, 6, -1, 7, 8, 9, -1, 10, 11, 12, -1, 13, 14, 15);
-            return fromUpperBytes<T>(bitCast<V>(_mm256_shuffle_epi8(bytes, toUpper)));
+        const Pairs pairs = bitCast<Pairs>(v);
+        return bitCast<V>((pairs & 0xFFFFFF) | (pairs & 0xFFFFFF00000000) >> 8);
+    }
+#endif
+}
+
+// Packed elements with their bytes in reverse order.
+template <class V>
+ZPP_INLINE V reversePacked(V packed) {
+    if constexpr (std::is_same_v<V, int32_t>) return packed << 16 | (packed & 0xFF00) | packed >> 16;
+#if defined(__AVX2__)
+    else {
+        const __m128i order = _mm_setr_epi8(2, 1, 0, 5, 4, 3, 8, 7, 6, 11, 10, 9, kNone, kNone, kNone, kNone);
+        return shuffleBytes(packed, order, kUpperStart);
+    }
+#elif defined(__SSE2__)
+    else {
+        const Pairs pairs = bitCast<Pairs>(packed);
+        return bitCast<V>((pairs << 16 & 0xFF0000FF0000) | (pairs & 0x00FF0000FF00) |
+                          (pairs >> 16 & 0x0000FF0000FF));
+    }
+#endif
+}
+
+// Packed elements to memory. With `spare`, a few bytes behind them may be written too, because they are going
+// to be.
+template <bool spare = false, class V>
+ZPP_INLINE void storePacked(uint8_t* p, V v) {
+    if constexpr (std::is_same_v<V, int32_t>)
+        for (int i = 0; i < 3; ++i) p[i] = static_cast<uint8_t>(v >> 8 * i);
+#if defined(__AVX512F__)
+    else {
+        const __m512i close = _mm512_setr_epi32(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 3, 7, 11, 15);
+        const __m512i bytes = _mm512_maskz_permutexvar_epi32(kAllLanes, close, bitCast<__m512i>(v));
+        _mm512_mask_storeu_epi32(p, 0xFFF, bytes);
+    }
+#elif defined(__AVX2__)
+    else {
+        const __m256i close = _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 3, 7);
+        const __m256i bytes = _mm256_permutevar8x32_epi32(bitCast<__m256i>(v), close);
+        if constexpr (spare) {
+            store(p, bytes);
         } else {
-            const __m256i toLower =
-                _mm256_setr_epi8(0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1,  //
-                                 4, 5, 6, -1, 7, 8, 9, -1, 10, 11, 12, -1, 13, 14, 15, -1);
-            return bitCast<V>(_mm256_shuffle_epi8(bytes, toLower));
+            storeBytes<16>(p, _mm256_castsi256_si128(bytes));
+            storeBytes<8>(p + 16, _mm256_extracti128_si256(bytes, 1));
         }
     }
 #elif defined(__SSE2__)
     else {
-        const __m128i bytes = _mm_unpacklo_epi64(loadBytes<8>(p->bytes), loadBytes<4>(p->bytes + 8));
-        const __m128i low = _mm_unpacklo_epi32(bytes, _mm_srli_si128(bytes, 3));
-        const __m128i high = _mm_unpacklo_epi32(_mm_srli_si128(bytes, 6), _mm_srli_si128(bytes, 9));
-        return fromUpperBytes<T>(bitCast<V>(_mm_unpacklo_epi64(low, high)) << 8);
+        const __m128i low = bitCast<__m128i>(v), high = _mm_srli_si128(low, 8);
+        storeBytes<8>(p, low);
+        if constexpr (spare)
+            storeBytes<8>(p + 6, high);
+        else
+            storeBytes<8>(p + 4, _mm_or_si128(_mm_srli_epi64(low, 32), _mm_slli_epi64(high, 16)));
     }
 #endif
 }
-
-#ifdef __AVX2__
-// The lower three bytes of the lanes, at the lower end of the register.
-ZPP_INLINE __m256i pack24(Vec<int32_t, 8> v) {
-    const __m256i pack = _mm256_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1,  //
-                                          0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
-    const __m256i halves = _mm256_shuffle_epi8(bitCast<__m256i>(v), pack);
-    return _mm256_permutevar8x32_epi32(halves, _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 3, 7));
+template <bool spare = false, class V>
+ZPP_INLINE void storePacked(uint8_t* p, Halves<V> v) {
+    storePacked<true>(p, v.low);
+    storePacked<spare>(p + sizeof(v) * 3 / 8, v.high);
 }
-#endif
-
-// The lower three bytes of the lanes as packed elements. With `spare`, a few bytes behind them may be written
-// too, because they are going to be.
-template <bool spare = false, class T, class V>
-ZPP_INLINE void storePacked24(T* p, V v) {
-    if constexpr (kIsHalves<V>) {
-        storePacked24<true>(p, v.low);
-        storePacked24<spare>(p + sizeof(v.low) / sizeof(int32_t), v.high);
-    } else if constexpr (std::is_same_v<V, int32_t>) {
-        for (int i = 0; i < 3; ++i) p->bytes[i] = static_cast<uint8_t>(v >> 8 * i);
-    }
 #ifdef __AVX512F__
-    else if constexpr (sizeof(V) == 64) {
-        storePacked24<true>(p, __builtin_shufflevector(v, v, 0, 1, 2, 3, 4, 5, 6, 7));
-        storePacked24<spare>(p + 8, __builtin_shufflevector(v, v, 8, 9, 10, 11, 12, 13, 14, 15));
-    }
-#endif
-#ifdef __AVX2__
-    else if constexpr (spare) {
-        store(p->bytes, pack24(v));
-    } else {
-        const __m256i bytes = pack24(v);
-        storeBytes<16>(p->bytes, _mm256_castsi256_si128(bytes));
-        storeBytes<8>(p->bytes + 16, _mm256_extracti128_si256(bytes, 1));
-    }
-#elif defined(__SSE2__)
-    else {
-        // Six bytes in each half of the register, then twelve at its lower end.
-        const __m128i evenLanes = _mm_set_epi32(0, 0xFFFFFF, 0, 0xFFFFFF);
-        const __m128i bits = bitCast<__m128i>(v & 0xFFFFFF);
-        const __m128i sixes = _mm_or_si128(_mm_and_si128(bits, evenLanes),
-                                           _mm_srli_epi64(_mm_andnot_si128(evenLanes, bits), 8));
-        const __m128i lowHalf = _mm_set_epi32(0, 0, -1, -1);
-        const __m128i twelve =
-            _mm_or_si128(_mm_and_si128(sixes, lowHalf), _mm_srli_si128(_mm_andnot_si128(lowHalf, sixes), 2));
-        storeBytes<8>(p->bytes, twelve);
-        storeBytes<4>(p->bytes + 8, _mm_srli_si128(twelve, 8));
-    }
-#endif
+// Four registers fill three.
+ZPP_INLINE void storePacked(uint8_t* p, Halves<Halves<Vec<int32_t, 16>>> v) {
+    const auto put = [&](int i, Vec<int32_t, 16> a, Vec<int32_t, 16> b, __m512i lanes) ZPP_INLINE_LAMBDA {
+        store(p + 64 * i, _mm512_permutex2var_epi32(bitCast<__m512i>(a), lanes, bitCast<__m512i>(b)));
+    };
+    put(0, v.low.low, v.low.high, _mm512_setr_epi32(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 16, 17, 18, 20));
+    put(1, v.low.high, v.high.low,
+        _mm512_setr_epi32(5, 6, 8, 9, 10, 12, 13, 14, 16, 17, 18, 20, 21, 22, 24, 25));
+    put(2, v.high.low, v.high.high,
+        _mm512_setr_epi32(10, 12, 13, 14, 16, 17, 18, 20, 21, 22, 24, 25, 26, 28, 29, 30));
 }
-
-// The lower three bytes of the lanes in reverse order; the upper byte is undefined.
-template <class V>
-ZPP_INLINE V reverseBytes24(V v) {
-#ifdef __AVX2__
-    if constexpr (sizeof(V) == 32) {
-        const __m256i order = _mm256_setr_epi8(2, 1, 0, 3, 6, 5, 4, 7, 10, 9, 8, 11, 14, 13, 12, 15,  //
-                                               2, 1, 0, 3, 6, 5, 4, 7, 10, 9, 8, 11, 14, 13, 12, 15);
-        return bitCast<V>(_mm256_shuffle_epi8(bitCast<__m256i>(v), order));
-    }
 #endif
-    return v << 16 | (v & 0xFF00) | (v >> 16 & 0xFF);
-}
 
 }  // namespace zpp::ZPP_ISA

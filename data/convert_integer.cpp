@@ -46,8 +46,13 @@ ZppStatus zppsConvert_32u24u_Sfs(const Zpp32u* pSrc, Zpp8u* pDst, int len, int s
 }
 
 ZppStatus zppsSwapBytes_24u(const Zpp8u* pSrc, Zpp8u* pDst, int len) {
-    return elementwise32([](auto v) ZPP_INLINE_LAMBDA { return reverseBytes24(v); }, elements<UInt24>(pDst),
-                         len, elements<UInt24>(pSrc));
+    return elementwiseSteps<kStep32<UInt24>>(
+        [](auto lanes, const UInt24* p) ZPP_INLINE_LAMBDA {
+            return mapRegisters([](auto v) ZPP_INLINE_LAMBDA { return reversePacked(v); },
+                                loadPacked<decltype(lanes)::value>(p->bytes));
+        },
+        [](UInt24* p, auto v) ZPP_INLINE_LAMBDA { storePacked(p->bytes, v); }, elements<UInt24>(pDst), len,
+        elements<UInt24>(pSrc));
 }
 ZppStatus zppsSwapBytes_24u_I(Zpp8u* pSrcDst, int len) { return zppsSwapBytes_24u(pSrcDst, pSrcDst, len); }
 
