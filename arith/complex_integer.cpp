@@ -18,7 +18,7 @@ constexpr auto multiply = [](auto a, auto b) ZPP_INLINE_LAMBDA {
 
 inline ZppStatus multiplyByReal(const Zpp32s* pReal, const Zpp32sc* pSrc, Zpp32sc* pDst, int len,
                                 int scaleFactor) {
-    return withScaledProduct(scaleFactor, [=](auto scale) {
+    return withScaledProduct<Lanes64::kProducts>(scaleFactor, [=](auto scale) {
         return elementwiseSteps<kStep<Zpp32sc>>(
             [=](auto lanes, const Zpp32s* real, const Zpp32sc* complex) ZPP_INLINE_LAMBDA {
                 constexpr int n = decltype(lanes)::value;
@@ -32,7 +32,7 @@ inline ZppStatus multiplyByReal(const Zpp32s* pReal, const Zpp32sc* pSrc, Zpp32s
 
 ZppStatus zppsMul_32sc_Sfs(const Zpp32sc* pSrc1, const Zpp32sc* pSrc2, Zpp32sc* pDst, int len,
                            int scaleFactor) {
-    return scaledProduct(multiply, pDst, len, scaleFactor, pSrc1, pSrc2);
+    return scaledProduct<Lanes64::kAny>(multiply, pDst, len, scaleFactor, pSrc1, pSrc2);
 }
 ZppStatus zppsMul_32sc_ISfs(const Zpp32sc* pSrc, Zpp32sc* pSrcDst, int len, int scaleFactor) {
     return zppsMul_32sc_Sfs(pSrc, pSrcDst, pSrcDst, len, scaleFactor);
@@ -46,7 +46,7 @@ ZppStatus zppsMul_32s32sc_ISfs(const Zpp32s* pSrc, Zpp32sc* pSrcDst, int len, in
 }
 
 ZppStatus zppsMulC_32sc_Sfs(const Zpp32sc* pSrc, Zpp32sc val, Zpp32sc* pDst, int len, int scaleFactor) {
-    return scaledProductC(multiply, pSrc, val, pDst, len, scaleFactor);
+    return scaledProductC<Lanes64::kAny>(multiply, pSrc, val, pDst, len, scaleFactor);
 }
 ZppStatus zppsMulC_32sc_ISfs(Zpp32sc val, Zpp32sc* pSrcDst, int len, int scaleFactor) {
     return zppsMulC_32sc_Sfs(pSrcDst, val, pSrcDst, len, scaleFactor);

@@ -57,7 +57,7 @@ ZppStatus zppsSub_32s_ISfs(const Zpp32s* pSrc, Zpp32s* pSrcDst, int len, int sca
     return zppsSub_32s_Sfs(pSrc, pSrcDst, pSrcDst, len, scaleFactor);
 }
 ZppStatus zppsMul_32s_Sfs(const Zpp32s* pSrc1, const Zpp32s* pSrc2, Zpp32s* pDst, int len, int scaleFactor) {
-    return scaledProduct(multiply, pDst, len, scaleFactor, pSrc1, pSrc2);
+    return scaledProduct<Lanes64::kProducts>(multiply, pDst, len, scaleFactor, pSrc1, pSrc2);
 }
 ZppStatus zppsMul_32s_ISfs(const Zpp32s* pSrc, Zpp32s* pSrcDst, int len, int scaleFactor) {
     return zppsMul_32s_Sfs(pSrc, pSrcDst, pSrcDst, len, scaleFactor);
@@ -99,7 +99,7 @@ ZppStatus zppsSubCRev_32s_ISfs(Zpp32s val, Zpp32s* pSrcDst, int len, int scaleFa
     return zppsSubCRev_32s_Sfs(pSrcDst, val, pSrcDst, len, scaleFactor);
 }
 ZppStatus zppsMulC_32s_Sfs(const Zpp32s* pSrc, Zpp32s val, Zpp32s* pDst, int len, int scaleFactor) {
-    return scaledProductC(multiply, pSrc, val, pDst, len, scaleFactor);
+    return scaledProductC<Lanes64::kProducts>(multiply, pSrc, val, pDst, len, scaleFactor);
 }
 ZppStatus zppsMulC_32s_ISfs(Zpp32s val, Zpp32s* pSrcDst, int len, int scaleFactor) {
     return zppsMulC_32s_Sfs(pSrcDst, val, pSrcDst, len, scaleFactor);
@@ -107,7 +107,7 @@ ZppStatus zppsMulC_32s_ISfs(Zpp32s val, Zpp32s* pSrcDst, int len, int scaleFacto
 
 ZppStatus zppsAddProduct_32s_Sfs(const Zpp32s* pSrc1, const Zpp32s* pSrc2, Zpp32s* pSrcDst, int len,
                                  int scaleFactor) {
-    return scaledProduct(addProduct, pSrcDst, len, scaleFactor, pSrc1, pSrc2, pSrcDst);
+    return scaledProduct<Lanes64::kAny>(addProduct, pSrcDst, len, scaleFactor, pSrc1, pSrc2, pSrcDst);
 }
 
 }  // namespace zpp::ZPP_ISA

@@ -36,7 +36,7 @@ ZPP_INLINE ZppStatus elementwiseSteps(Compute compute, Put put, D* pDst, int len
 }
 
 template <class Op, class D, class... S>
-inline ZppStatus elementwise(Op op, D* pDst, int len, const S*... pSrc) {
+ZPP_INLINE ZppStatus elementwise(Op op, D* pDst, int len, const S*... pSrc) {
     if (const ZppStatus error = checkVectors(len, pSrc..., pDst)) return error;
     map(pDst, static_cast<size_t>(len), op, pSrc...);
     return zppStatusOk;
@@ -52,7 +52,7 @@ ZPP_INLINE ZppStatus elementwise32(Op op, D* pDst, int len, const S*... pSrc) {
 }
 
 template <class Op, class T>
-inline ZppStatus withConstant(Op op, const T* pSrc, T val, T* pDst, int len) {
+ZPP_INLINE ZppStatus withConstant(Op op, const T* pSrc, T val, T* pDst, int len) {
     return elementwise([=](auto x) { return op(x, inRegister<decltype(x)>(val)); }, pDst, len, pSrc);
 }
 

@@ -64,7 +64,8 @@ ZPP_INLINE V inRegister(Zpp32sc val) {
     if constexpr (kIsHalves<V>)
         return {val.re, val.im};
     else
-        return bitCast<V>(broadcast<Vec<int64_t, sizeof(V) / sizeof(val)>>(bitCast<int64_t>(val)));
+        return bitCast<V>(broadcast<Vec<uint64_t, sizeof(V) / sizeof(val)>>(
+            uint64_t{static_cast<uint32_t>(val.im)} << 32 | static_cast<uint32_t>(val.re)));
 }
 
 template <int N>

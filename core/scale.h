@@ -37,20 +37,22 @@ template <class V, class M>
 ZPP_INLINE V addWhere(M condition, V v) {
     if constexpr (std::is_arithmetic_v<V>)
         return v + condition;
+    else if constexpr (sizeof(V) == 64)
+        return select(condition, v + 1, v);  // one instruction
     else
         return v - bitCast<V>(condition);  // a mask is -1
 }
 
-// v * 2^-count, rounded down; 0 <= count < the width of the lanes.
-template <class V>
-ZPP_INLINE V shiftRight(V v, int count) {
+// (v + constant) * 2^-count, rounded down, where the sum fits; 0 <= count < the width of the lanes.
+template <class V, class T>
+ZPP_INLINE V sumShiftedRight(V v, T constant, int count) {
     if constexpr (std::is_same_v<V, Vec<int64_t>> && !kShiftsSigned64) {
         // The shift of unsigned numbers, of which 2^63 is taken away again.
-        using Bits = Vec<uint64_t>;
         const uint64_t bias = uint64_t{1} << 63;
-        return bitCast<V>(((bitCast<Bits>(v) ^ bias) >> count) - (bias >> count));
+        const auto sum = bitCast<Vec<uint64_t>>(v) + (static_cast<uint64_t>(constant) + bias);
+        return bitCast<V>(shiftRight(sum, count) - (bias >> count));
     } else {
-        return v >> count;
+        return shiftRight(v + constant, count);
     }
 }
 
@@ -80,12 +82,29 @@ class RoundedShiftRight {
     // If the lowest bit of `more` is set, v has lost bits below its own last one.
     template <class V>
     ZPP_INLINE V operator()(V v, V more = V{}) const {
-        const V quotient = shiftRight(v, count_);
+        const V quotient = sumShiftedRight(v, T{0}, count_);
         const V rest = v & static_cast<T>(~(~std::make_unsigned_t<T>{0} << count_));
         // Up where the rest is above one half, or is one half with more behind it or an odd quotient before
         // it. Nothing reaches the sign.
         const V limit = (T{1} << (count_ - 1)) - ((quotient | more) & 1);
         return addWhereGreater(rest, limit, quotient);
+    }
+
+  private:
+    int count_;
+};
+
+// The same for numbers which have room for the half that is added to them, as the products of two integers of
+// 32 bits have below a count of 63.
+template <class T>
+class RoundedShiftRightOfSmall {
+  public:
+    explicit RoundedShiftRightOfSmall(int count) : count_(count) {}
+
+    template <class V>
+    ZPP_INLINE V operator()(V v) const {
+        const V odd = bitCast<V>(shiftRight(asUnsigned(v), count_)) & 1;
+        return sumShiftedRight(v + odd, (T{1} << (count_ - 1)) - 1, count_);
     }
 
   private:
@@ -101,7 +120,7 @@ class SaturatedShiftLeft {
     template <class V>
     ZPP_INLINE V operator()(V v) const {
         const V lower = broadcast<V>(range_.lower), upper = broadcast<V>(range_.upper);
-        const V bounded = select(v > (range_.upper >> count_), upper, v << count_);
+        const V bounded = select(v > (range_.upper >> count_), upper, shiftLeft(v, count_));
         if constexpr (std::is_signed_v<T>)
             return select(v < (range_.lower >> count_), lower, bounded);
         else

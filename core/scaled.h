@@ -3,20 +3,16 @@
 //
 //     scaledSum<Sum>(a, b, pDst, len, scaleFactor)              a + b, by elements; of Difference a - b
 //     scaledSum<Sum>(a, val, pDst, len, scaleFactor)            the same with a constant
-//     scaledProduct(multiply, pDst, len, scaleFactor, a, b...)  multiply makes 64-bit lanes: products(a, b)
-//     scaledProductC(multiply, a, val, pDst, len, scaleFactor)  the same with a constant
+//     scaledProduct<lanes>(multiply, pDst, len, scaleFactor, a, b...)  multiply makes lanes of 64 bits, such
+//     as
+//                                                                      products(a, b)
+//     scaledProductC<lanes>(multiply, a, val, pDst, len, scaleFactor)  the same with a constant
 #pragma once
 
 #include "core/elementwise.h"
 #include "core/simd_wide.h"
 
 namespace zpp::ZPP_ISA {
-
-// The unsigned lanes of the same bits, in which arithmetic wraps around.
-template <class V>
-ZPP_INLINE auto wrapping(V v) {
-    return bitCast<Vec<uint32_t, sizeof(V) / sizeof(uint32_t)>>(v);
-}
 
 // What has wrapped around where `overflow` is negative has the wrong sign: the end of the range instead.
 template <class V, class U>
@@ -29,7 +25,7 @@ ZPP_INLINE V saturatedWhere(V overflow, U wrapped) {
 struct Sum {
     template <class V>
     ZPP_INLINE static V saturated(V a, V b) {
-        const auto sum = wrapping(a) + wrapping(b);
+        const auto sum = asUnsigned(a) + asUnsigned(b);
         return saturatedWhere((bitCast<V>(sum) ^ a) & (bitCast<V>(sum) ^ b), sum);
     }
     template <class V>
@@ -40,7 +36,7 @@ struct Sum {
 struct Difference {
     template <class V>
     ZPP_INLINE static V saturated(V a, V b) {
-        const auto difference = wrapping(a) - wrapping(b);
+        const auto difference = asUnsigned(a) - asUnsigned(b);
         return saturatedWhere((bitCast<V>(difference) ^ a) & (a ^ b), difference);
     }
     template <class V>
@@ -84,18 +80,23 @@ ZPP_INLINE ZppStatus withScaledSum(int scaleFactor, Run run) {
     return runOn([=](auto a, auto b) ZPP_INLINE_LAMBDA { return shift(Terms::half(a, b), a ^ b); });
 }
 
-// run(scale) for lanes of 64 bits, whatever they hold.
-template <class Run>
+// What lanes of 64 bits hold: products, -2^62 + 2^31 ... 2^62, or anything, as sums of products are.
+enum class Lanes64 { kProducts, kAny };
+
+// run(scale) for lanes of 64 bits.
+template <Lanes64 lanes, class Run>
 ZPP_INLINE ZppStatus withScaledProduct(int scaleFactor, Run run) {
     if (scaleFactor <= 0) {
         const SaturatedShiftLeft<int32_t> shift(-clamp(scaleFactor, -31, 0), kRange<int32_t>);
         return run([=](auto v) ZPP_INLINE_LAMBDA { return mapRegisters(shift, saturatedTo32(v)); });
     }
-    if (scaleFactor > 63)
+    if (scaleFactor > (lanes == Lanes64::kProducts ? 62 : 63))
         return run([](auto v) ZPP_INLINE_LAMBDA {  // at most a half
-            return mapRegisters([](auto lanes) ZPP_INLINE_LAMBDA { return lanes ^ lanes; }, saturatedTo32(v));
+            return mapRegisters([](auto ints) ZPP_INLINE_LAMBDA { return ints ^ ints; }, saturatedTo32(v));
         });
-    const RoundedShiftRight<int64_t> shift(scaleFactor);
+    using Shift = std::conditional_t<lanes == Lanes64::kProducts, RoundedShiftRightOfSmall<int64_t>,
+                                     RoundedShiftRight<int64_t>>;
+    const Shift shift(scaleFactor);
     return run([=](auto v) ZPP_INLINE_LAMBDA { return saturatedTo32(mapRegisters(shift, v)); });
 }
 
@@ -108,16 +109,16 @@ inline ZppStatus scaledSum(const T* a, T val, T* pDst, int len, int scaleFactor)
     return withScaledSum<Terms>(scaleFactor, [=](auto sum) { return withConstant(sum, a, val, pDst, len); });
 }
 
-template <class Multiply, class D, class... S>
+template <Lanes64 lanes, class Multiply, class D, class... S>
 inline ZppStatus scaledProduct(Multiply multiply, D* pDst, int len, int scaleFactor, const S*... pSrc) {
-    return withScaledProduct(scaleFactor, [=](auto scale) {
+    return withScaledProduct<lanes>(scaleFactor, [=](auto scale) {
         const auto op = [=](auto... x) ZPP_INLINE_LAMBDA { return scale(multiply(x...)); };
         return elementwise(op, pDst, len, pSrc...);
     });
 }
-template <class Multiply, class T>
+template <Lanes64 lanes, class Multiply, class T>
 inline ZppStatus scaledProductC(Multiply multiply, const T* pSrc, T val, T* pDst, int len, int scaleFactor) {
-    return withScaledProduct(scaleFactor, [=](auto scale) {
+    return withScaledProduct<lanes>(scaleFactor, [=](auto scale) {
         const auto op = [=](auto x, auto y) ZPP_INLINE_LAMBDA { return scale(multiply(x, y)); };
         return withConstant(op, pSrc, val, pDst, len);
     });

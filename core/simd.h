@@ -76,6 +76,19 @@ inline constexpr int kRegisters = sizeof(void*) == 4 ? 8 : kVectorBytes == 64 ? 
 template <class T, int N = kLanes<T>>
 using Vec = typename VectorOf<T, N>::Type;
 
+// The type of the lanes.
+template <class V>
+struct LaneOf {
+    using Type = std::remove_cv_t<std::remove_reference_t<decltype(V{}[0])>>;
+};
+template <class V>
+requires std::is_arithmetic_v<V>
+struct LaneOf<V> {
+    using Type = V;
+};
+template <class V>
+using Lane = typename LaneOf<V>::Type;
+
 template <class V, class T>
 ZPP_INLINE V load(const T* p) {
     V v;
@@ -99,6 +112,55 @@ template <class To, class V>
 ZPP_INLINE To bitCast(V v) {
     static_assert(sizeof(To) == sizeof(V));
     return __builtin_bit_cast(To, v);
+}
+
+// The unsigned integers of the same bits.
+template <class V>
+ZPP_INLINE auto asUnsigned(V v) {
+    if constexpr (std::is_arithmetic_v<V>)
+        return static_cast<std::make_unsigned_t<V>>(v);
+    else
+        return bitCast<Vec<std::make_unsigned_t<Lane<V>>, sizeof(V) / sizeof(Lane<V>)>>(v);
+}
+
+// v shifted by count places, which are fewer than the lanes have. Vectors of 64-bit integers shift to the
+// right as unsigned ones where kShiftsSigned64 is not set. AVX2 and AVX-512 have the count in every lane:
+// with one count for all, the instructions are two operations on Intel's processors.
+template <class V>
+ZPP_INLINE V shiftLeft(V v, int count) {
+#ifdef __AVX2__
+    if constexpr (sizeof(V) == 32 && sizeof(Lane<V>) == 4)
+        return bitCast<V>(_mm256_sllv_epi32(bitCast<__m256i>(v), _mm256_set1_epi32(count)));
+    else
+#endif
+        return v << count;
+}
+template <class V>
+ZPP_INLINE V shiftRight(V v, int count) {
+    [[maybe_unused]] constexpr bool isSigned = std::is_signed_v<Lane<V>>, isLong = sizeof(Lane<V>) == 8;
+#ifdef __AVX2__
+    if constexpr (sizeof(V) == 32) {
+        const __m256i bits = bitCast<__m256i>(v);
+        if constexpr (isLong)
+            return bitCast<V>(_mm256_srlv_epi64(bits, _mm256_set1_epi64x(count)));
+        else
+            return bitCast<V>(isSigned ? _mm256_srav_epi32(bits, _mm256_set1_epi32(count))
+                                       : _mm256_srlv_epi32(bits, _mm256_set1_epi32(count)));
+    }
+#ifdef __AVX512F__
+    else if constexpr (sizeof(V) == 64) {
+        const __m512i bits = bitCast<__m512i>(v);
+        if constexpr (isLong)
+            return bitCast<V>(isSigned ? _mm512_maskz_srav_epi64(0xFF, bits, _mm512_set1_epi64(count))
+                                       : _mm512_maskz_srlv_epi64(0xFF, bits, _mm512_set1_epi64(count)));
+        else
+            return bitCast<V>(isSigned ? _mm512_maskz_srav_epi32(0xFFFF, bits, _mm512_set1_epi32(count))
+                                       : _mm512_maskz_srlv_epi32(0xFFFF, bits, _mm512_set1_epi32(count)));
+    }
+#endif
+    else
+#endif
+        return v >> count;
 }
 
 // Lane by lane a where the comparison held, b elsewhere.

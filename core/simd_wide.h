@@ -83,8 +83,7 @@ ZPP_INLINE auto products(V a, V b) {
 // a + b of 64-bit lanes, which wraps around.
 template <class V>
 ZPP_INLINE V wrappingSum(V a, V b) {
-    using Bits = Vec<uint64_t, sizeof(V) / sizeof(uint64_t)>;
-    return bitCast<V>(bitCast<Bits>(a) + bitCast<Bits>(b));
+    return bitCast<V>(asUnsigned(a) + asUnsigned(b));
 }
 
 // The lower and the upper halves of 64-bit lanes, as the even and odd lanes of one register.
