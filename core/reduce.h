@@ -26,53 +26,64 @@ inline constexpr int kRunning = 32;
 // take their turn. It stays in the first-level cache.
 inline constexpr size_t kStripBlocks = 32;
 
-// How many of R registers of running values, of type V, a loop works on: half of the registers are for terms.
-template <int R, class V>
+// How many of R running values of type V, of N lanes, a loop works on: half of the registers are for terms.
+template <int N, int R, class V>
 constexpr int atOnce() {
-    constexpr int most = kVectorBytes == 0 ? R : kRegisters / 2 * kVectorBytes / static_cast<int>(sizeof(V));
-    return most < R ? most : R;
+    constexpr int most = kRegisters / 2 * N * static_cast<int>(sizeof(double)) / static_cast<int>(sizeof(V));
+    return kVectorBytes == 0 || most > R ? R : most;
 }
 
-// running[r] = combine(running[r], terms(i + r N)) for blocks of `stride` elements from i to `end`.
-template <int N, int R, class V, class Terms, class Combine>
-ZPP_INLINE void reduceBlocks(V* running, size_t i, size_t end, size_t stride, Terms terms, Combine combine) {
+// Zero, made in whole registers: of a struct that is {} GCC 12 stores pieces, which then are loaded whole.
+template <class V>
+ZPP_INLINE V zero() {
+    V v;
+    if constexpr (requires { v.re; })
+        v.re = v.im = decltype(v.re){};
+    else
+        v = V{};
+    return v;
+}
+
+// running[r] = combine(running[r], terms(j + r)) for the first of `stride` registers from j on, to `end`.
+template <int R, class V, class Terms, class Combine>
+ZPP_INLINE void reduceBlocks(V* running, size_t j, size_t end, size_t stride, Terms terms, Combine combine) {
     V registers[R];
 #pragma GCC unroll 32
     for (int r = 0; r < R; ++r) registers[r] = running[r];
-    for (; i < end; i += stride)
+    for (; j < end; j += stride)
 #pragma GCC unroll 32
-        for (int r = 0; r < R; ++r) registers[r] = combine(registers[r], terms(i + r * N));
+        for (int r = 0; r < R; ++r) registers[r] = combine(registers[r], terms(j + r));
 #pragma GCC unroll 32
     for (int r = 0; r < R; ++r) running[r] = registers[r];
 }
 
-// All elements into R registers of N, one register after the other. terms(i) makes a register of the elements
-// from i on, terms(i, n) of the first n of them, or all where N is less; its other lanes change nothing.
+// All elements into R registers of N, one register after the other. terms(j) makes register j of the vector,
+// terms(j, n) one of the first n elements of it, or of all where N is less; its other lanes change nothing.
 template <int N, int R, class V, class Terms, class Combine>
 ZPP_INLINE void reduceAll(V (&running)[R], size_t count, Terms terms, Combine combine) {
-    constexpr size_t block = N * R, strip = kStripBlocks * block;
-    constexpr int group = atOnce<R, V>();
-    const size_t rest = count % block, whole = count - rest;
+    constexpr int group = atOnce<N, R, V>();
+    const size_t rest = count % (N * R), whole = (count - rest) / N;
 #pragma GCC unroll 32
-    for (int r = 0; r < R; ++r) running[r] = V{};
+    for (int r = 0; r < R; ++r) running[r] = zero<V>();
     if constexpr (kVectorBytes > 0 && group == R) {
-        reduceBlocks<N, R>(running, 0, whole, block, terms, combine);
+        reduceBlocks<R>(running, 0, whole, R, terms, combine);
         if (rest > 0)
 #pragma GCC unroll 32
             for (size_t r = 0; r < R; ++r)
-                running[r] = combine(running[r], terms(whole + r * N, rest > r * N ? rest - r * N : 0));
+                running[r] = combine(running[r], terms(whole + r, rest > r * N ? rest - r * N : 0));
     } else {
-        for (size_t i = 0; i < whole; i += strip)
+        constexpr size_t strip = kStripBlocks * R;
+        for (size_t j = 0; j < whole; j += strip)
 #pragma GCC unroll 1
             for (size_t r = 0; r < R; r += group) {
-                const size_t end = whole - i < strip ? whole : i + strip;
-                reduceBlocks<N, group>(running + r, i + r * N, end + r * N, block, terms, combine);
+                const size_t end = whole - j < strip ? whole : j + strip;
+                reduceBlocks<group>(running + r, j + r, end + r, R, terms, combine);
                 inMemory(running);
             }
-        size_t i = whole;
-        for (; i + N <= count; i += N) running[(i - whole) / N] = combine(running[(i - whole) / N], terms(i));
+        const size_t full = rest / N;
+        for (size_t r = 0; r < full; ++r) running[r] = combine(running[r], terms(whole + r));
         if constexpr (N > 1)
-            if (i < count) running[(i - whole) / N] = combine(running[(i - whole) / N], terms(i, count - i));
+            if (rest % N > 0) running[full] = combine(running[full], terms(whole + full, rest % N));
     }
 }
 
@@ -140,25 +151,33 @@ ZPP_INLINE void putResult(D* pDst, Finish finish, Result result) {
     }
 }
 
-// The N numbers from i on, of elements of `Parts` of them: real ones stand beside both parts.
+// The lanes of sums over vectors of one type. To widen singles to 512 bits takes the processor two steps.
+template <class S, class... Others>
+inline constexpr int kSumLanes = kVectorBytes == 64 &&
+                                         std::is_same_v<decltype(*partsOf<S>(nullptr)), const float&> &&
+                                         (... && std::is_same_v<S, Others>)
+                                     ? 4
+                                     : kLanes<double>;
+
+// Register j of N numbers, of elements of `Parts` of them: real ones stand beside both parts.
 template <int N, int Parts, class S, class... Count>
-ZPP_INLINE Vec<double, N> loadParts(const S* p, size_t i, Count... count) {
+ZPP_INLINE Vec<double, N> loadParts(const S* p, size_t j, Count... count) {
     if constexpr (kParts<S> == Parts)
-        return loadAsDoubles<N>(partsOf(p) + i, count...);
+        return loadAsDoubles<N>(partsOf(p) + j * N, count...);
     else
-        return eachTwice<N>(loadAsDoubles<(N + 1) / 2>(p + i / 2, count / 2 ...));
+        return eachTwice<N>(loadAsDoubles<(N + 1) / 2>(p + (N > 1 ? j * (N / 2) : j / 2), count / 2 ...));
 }
 
 template <class Combine, class Term, class Finish, class D, class... S>
 ZPP_INLINE ZppStatus reduce(Combine combine, Term term, Finish finish, D* pDst, int len, const S*... pSrc) {
     if (const ZppStatus error = checkVectors(len, pSrc..., pDst)) return error;
     const DoublePrecision precision;
-    constexpr int n = kLanes<double>, parts = (1 | ... | kParts<S>) > 1 ? 2 : 1;
-    Vec<double> running[kRunning / n];
+    constexpr int n = kSumLanes<S...>, parts = (1 | ... | kParts<S>) > 1 ? 2 : 1;
+    Vec<double, n> running[kRunning / n];
     reduceAll<n>(
         running, parts * static_cast<size_t>(len),
-        [=](size_t i, auto... count)
-            ZPP_INLINE_LAMBDA { return term(loadParts<n, parts>(pSrc, i, count...)...); },
+        [=](size_t j, auto... count)
+            ZPP_INLINE_LAMBDA { return term(loadParts<n, parts>(pSrc, j, count...)...); },
         combine);
     putResult(pDst, finish, foldLanes<kParts<D>>(foldRegisters<n, kParts<D>>(running, combine), combine));
     return zppStatusOk;
@@ -169,9 +188,10 @@ ZPP_INLINE ZppStatus reduceComplex(Combine combine, Term term, Finish finish, D*
                                    const S*... pSrc) {
     if (const ZppStatus error = checkVectors(len, pSrc..., pDst)) return error;
     const DoublePrecision precision;
-    constexpr int n = kLanes<double>, parts = kParts<D>;
-    const auto terms = [=](size_t i, auto... count)
-                           ZPP_INLINE_LAMBDA { return term(loadComplex<n>(partsOf(pSrc + i), count...)...); };
+    constexpr int n = kSumLanes<S...>, parts = kParts<D>;
+    const auto terms = [=](size_t j, auto... count) ZPP_INLINE_LAMBDA {
+        return term(loadComplex<n>(partsOf(pSrc + j * n), count...)...);
+    };
     decltype(terms(0)) running[kRunning / n / parts];
     reduceAll<n>(running, static_cast<size_t>(len), terms, combine);
     const auto sums = foldRegisters<n, 1>(running, combine);
@@ -183,19 +203,19 @@ ZPP_INLINE ZppStatus reduceComplex(Combine combine, Term term, Finish finish, D*
 }
 
 template <class... Arguments>
-inline ZppStatus sumOf(Arguments... arguments) {
+ZPP_INLINE ZppStatus sumOf(Arguments... arguments) {
     return reduce(addTerm, arguments...);
 }
 template <class... Arguments>
-inline ZppStatus sumOfComplex(Arguments... arguments) {
+ZPP_INLINE ZppStatus sumOfComplex(Arguments... arguments) {
     return reduceComplex(addTerm, arguments...);
 }
 template <class... Arguments>
-inline ZppStatus largestOf(Arguments... arguments) {
+ZPP_INLINE ZppStatus largestOf(Arguments... arguments) {
     return reduce(takeLarger, arguments...);
 }
 template <class... Arguments>
-inline ZppStatus largestOfComplex(Arguments... arguments) {
+ZPP_INLINE ZppStatus largestOfComplex(Arguments... arguments) {
     return reduceComplex(takeLarger, arguments...);
 }
 

@@ -65,8 +65,14 @@ ZPP_INLINE Vec<int64_t, N> loadAsLongs(const int32_t* p) {
         return bitCast<V>(_mm_unpacklo_epi32(v, _mm_srai_epi32(v, 31)));
     }
 #endif
+#ifdef __AVX2__
+    else if constexpr (N == 4)
+        return bitCast<V>(_mm256_cvtepi32_epi64(load<__m128i>(p)));
+#endif
+#ifdef __AVX512F__
     else
-        return __builtin_convertvector(load<Vec<int32_t, N>>(p), V);
+        return bitCast<V>(_mm512_maskz_cvtepi32_epi64(kAllLanes & 0xFF, load<__m256i>(p)));
+#endif
 }
 template <int N>
 ZPP_INLINE Vec<int64_t, N> loadAsLongs(const int32_t* p, size_t count) {

@@ -12,21 +12,17 @@ ZppStatus mean(const T* pSrc, int len, T* pMean) {
         itself, [=](double sum) { return quotient(sum, len); }, pMean, len, pSrc);
 }
 
-// The sum of elements, and the sum of their squares.
-ZPP_INLINE Halves<double> sumsOfPowers(const Zpp64f* pSrc, int len) {
+// The sum of elements, and that of their squares.
+ZPP_INLINE Complex<double> sumsOfPowers(const Zpp64f* pSrc, int len) {
     constexpr int n = kLanes<double>;
-    constexpr auto addBoth = [](auto sums, auto terms)
-                                 ZPP_INLINE_LAMBDA { return mapRegisters(addTerm, sums, terms); };
-    Halves<Vec<double>> running[kRunning / n];
-    reduceAll<n>(
-        running, static_cast<size_t>(len),
-        [=](size_t i, auto... count) ZPP_INLINE_LAMBDA {
-            const auto x = loadAsDoubles<n>(pSrc + i, count...);
-            return halves(x, product(x, x));
-        },
-        addBoth);
-    const auto sums = foldRegisters<n, 1>(running, addBoth);
-    return {foldLanes<1>(sums.low, addTerm), foldLanes<1>(sums.high, addTerm)};
+    Complex<Vec<double>> running[kRunning / n];  // (sums, sums of squares)
+    const auto terms = [=](size_t j, auto... count) ZPP_INLINE_LAMBDA {
+        const auto x = loadAsDoubles<n>(pSrc + j * n, count...);
+        return Complex<Vec<double>>{x, product(x, x)};
+    };
+    reduceAll<n>(running, static_cast<size_t>(len), terms, addTerm);
+    const auto sums = foldRegisters<n, 1>(running, addTerm);
+    return {foldLanes<1>(sums.re, addTerm), foldLanes<1>(sums.im, addTerm)};
 }
 
 }  // namespace
@@ -45,7 +41,8 @@ ZppStatus zppsSum_32s_Sfs(const Zpp32s* pSrc, int len, Zpp32s* pSum, int scaleFa
     Vec<int64_t> running[4];
     reduceAll<n>(
         running, static_cast<size_t>(len),
-        [=](size_t i, auto... count) ZPP_INLINE_LAMBDA { return loadAsLongs<n>(pSrc + i, count...); }, add);
+        [=](size_t j, auto... count) ZPP_INLINE_LAMBDA { return loadAsLongs<n>(pSrc + j * n, count...); },
+        add);
     const int64_t sum = foldLanes<1>(foldRegisters<n, 1>(running, add), add);
     const Range<int64_t> range = {kRange<int32_t>.lower, kRange<int32_t>.upper};
     return withScale(scaleFactor, range, [=](auto scale) {
