@@ -57,7 +57,7 @@ ZPP_INLINE Complex<Vec<double, N>> loadComplex(const T* p, size_t count) {
 // N integers of 32 bits, or the first `count` of them, as integers of 64.
 template <int N>
 ZPP_INLINE Vec<int64_t, N> loadAsLongs(const int32_t* p) {
-    using V = Vec<int64_t, N>;
+    using V [[maybe_unused]] = Vec<int64_t, N>;
     if constexpr (N == 1) return *p;
 #ifdef __SSE2__
     else if constexpr (N == 2) {
@@ -76,7 +76,7 @@ ZPP_INLINE Vec<int64_t, N> loadAsLongs(const int32_t* p) {
 }
 template <int N>
 ZPP_INLINE Vec<int64_t, N> loadAsLongs(const int32_t* p, size_t count) {
-    using V = Vec<int64_t, N>;
+    using V [[maybe_unused]] = Vec<int64_t, N>;
     if constexpr (N == 1) return count > 0 ? *p : 0;
 #ifdef __AVX2__
     else if constexpr (N > 2)
