@@ -108,20 +108,20 @@ ZPP_INLINE auto foldRegisters(V (&running)[R], Combine combine) {
         return running[0];
 }
 template <int Left, class V, class Combine>
-ZPP_INLINE auto foldLanes(V v, Combine combine) {
+ZPP_INLINE auto foldToParts(V v, Combine combine) {
     if constexpr (sizeof(V) > Left * sizeof(double))
-        return foldLanes<Left>(combine(lowHalf(v), highHalf(v)), combine);
+        return foldToParts<Left>(combine(lowHalf(v), highHalf(v)), combine);
     else if constexpr (Left == 1)
         return v;
     else
         return Complex<double>{v[0], v[1]};
 }
 template <int Left, class V, class Combine>
-ZPP_INLINE Complex<double> foldLanes(Complex<V> v, Combine combine) {
+ZPP_INLINE Complex<double> foldToParts(Complex<V> v, Combine combine) {
     if constexpr (std::is_same_v<V, double>)
         return v;
     else
-        return foldLanes<Left>(combine(evenLanes(v.re, v.im), oddLanes(v.re, v.im)), combine);
+        return foldToParts<Left>(combine(evenLanes(v.re, v.im), oddLanes(v.re, v.im)), combine);
 }
 
 constexpr auto itself = [](auto x) ZPP_INLINE_LAMBDA { return x; };
@@ -179,7 +179,7 @@ ZPP_INLINE ZppStatus reduce(Combine combine, Term term, Finish finish, D* pDst, 
         [=](size_t j, auto... count)
             ZPP_INLINE_LAMBDA { return term(loadParts<n, parts>(pSrc, j, count...)...); },
         combine);
-    putResult(pDst, finish, foldLanes<kParts<D>>(foldRegisters<n, kParts<D>>(running, combine), combine));
+    putResult(pDst, finish, foldToParts<kParts<D>>(foldRegisters<n, kParts<D>>(running, combine), combine));
     return zppStatusOk;
 }
 
@@ -196,9 +196,9 @@ ZPP_INLINE ZppStatus reduceComplex(Combine combine, Term term, Finish finish, D*
     reduceAll<n>(running, static_cast<size_t>(len), terms, combine);
     const auto sums = foldRegisters<n, 1>(running, combine);
     if constexpr (parts == 2)
-        putResult(pDst, finish, foldLanes<2>(sums, combine));
+        putResult(pDst, finish, foldToParts<2>(sums, combine));
     else
-        putResult(pDst, finish, foldLanes<1>(naturalOrder(sums), combine));
+        putResult(pDst, finish, foldToParts<1>(naturalOrder(sums), combine));
     return zppStatusOk;
 }
 

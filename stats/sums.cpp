@@ -22,7 +22,7 @@ ZPP_INLINE Complex<double> sumsOfPowers(const Zpp64f* pSrc, int len) {
     };
     reduceAll<n>(running, static_cast<size_t>(len), terms, addTerm);
     const auto sums = foldRegisters<n, 1>(running, addTerm);
-    return {foldLanes<1>(sums.re, addTerm), foldLanes<1>(sums.im, addTerm)};
+    return {foldToParts<1>(sums.re, addTerm), foldToParts<1>(sums.im, addTerm)};
 }
 
 }  // namespace
@@ -43,7 +43,7 @@ ZppStatus zppsSum_32s_Sfs(const Zpp32s* pSrc, int len, Zpp32s* pSum, int scaleFa
         running, static_cast<size_t>(len),
         [=](size_t j, auto... count) ZPP_INLINE_LAMBDA { return loadAsLongs<n>(pSrc + j * n, count...); },
         add);
-    const int64_t sum = foldLanes<1>(foldRegisters<n, 1>(running, add), add);
+    const int64_t sum = foldToParts<1>(foldRegisters<n, 1>(running, add), add);
     const Range<int64_t> range = {kRange<int32_t>.lower, kRange<int32_t>.upper};
     return withScale(scaleFactor, range, [=](auto scale) {
         *pSum = static_cast<Zpp32s>(scale(sum));
