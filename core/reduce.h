@@ -57,14 +57,18 @@ ZPP_INLINE void reduceBlocks(V* running, size_t j, size_t end, size_t stride, Te
     for (int r = 0; r < R; ++r) running[r] = registers[r];
 }
 
+template <class V, int R>
+ZPP_INLINE void clear(V (&running)[R]) {
+#pragma GCC unroll 32
+    for (int r = 0; r < R; ++r) running[r] = zero<V>();
+}
+
 // All elements into R registers of N, one register after the other. terms(j) makes register j of the vector,
 // terms(j, n) one of the first n elements of it, or of all where N is less; its other lanes change nothing.
 template <int N, int R, class V, class Terms, class Combine>
 ZPP_INLINE void reduceAll(V (&running)[R], size_t count, Terms terms, Combine combine) {
     constexpr int group = atOnce<N, R, V>();
     const size_t rest = count % (N * R), whole = (count - rest) / N;
-#pragma GCC unroll 32
-    for (int r = 0; r < R; ++r) running[r] = zero<V>();
     if constexpr (kVectorBytes > 0 && group == R) {
         reduceBlocks<R>(running, 0, whole, R, terms, combine);
         if (rest > 0)
@@ -151,13 +155,14 @@ ZPP_INLINE void putResult(D* pDst, Finish finish, Result result) {
     }
 }
 
-// The lanes of sums over vectors of one type. To widen singles to 512 bits takes the processor two steps.
-template <class S, class... Others>
-inline constexpr int kSumLanes = kVectorBytes == 64 &&
-                                         std::is_same_v<decltype(*partsOf<S>(nullptr)), const float&> &&
-                                         (... && std::is_same_v<S, Others>)
-                                     ? 4
-                                     : kLanes<double>;
+// Whether all elements are complex or none, of parts of this type.
+template <class Part, class S, class... Others>
+inline constexpr bool kAlike = std::is_same_v<decltype(*partsOf<S>(nullptr)), const Part&> &&
+                               (... && std::is_same_v<S, Others>);
+
+// The lanes of sums. To widen singles to 512 bits takes the processor two steps.
+template <class... S>
+inline constexpr int kSumLanes = kVectorBytes == 64 && kAlike<float, S...> ? 4 : kLanes<double>;
 
 // Register j of N numbers, of elements of `Parts` of them: real ones stand beside both parts.
 template <int N, int Parts, class S, class... Count>
@@ -168,19 +173,88 @@ ZPP_INLINE Vec<double, N> loadParts(const S* p, size_t j, Count... count) {
         return eachTwice<N>(loadAsDoubles<(N + 1) / 2>(p + (N > 1 ? j * (N / 2) : j / 2), count / 2 ...));
 }
 
+// How many doubles lie before the first whose address is a multiple of a register, of a vector that is long
+// enough for it to pay that no load behind them crosses a line of the cache.
+template <int N, class... Others>
+ZPP_INLINE size_t headOf(size_t count, const double* p, Others...) {
+    const uintptr_t address = reinterpret_cast<uintptr_t>(p);
+    if (count < 2048 || address % sizeof(double) != 0) [[likely]]
+        return 0;
+    return (N - address / sizeof(double) % N) % N;
+}
+
+// The first `count` doubles in the last of N lanes, 0 in the others; count < N.
+template <int N>
+ZPP_INLINE Vec<double, N> loadAsLast(const double* p, size_t count) {
+    double lanes[2 * N] = {};
+    for (size_t i = 0; i < count; ++i) lanes[N + i] = p[i];
+    return load<Vec<double, N>>(lanes + count);
+}
+
+// Each number in the place so many behind it, the last ones in the first places.
+template <int N, int R>
+ZPP_INLINE void turn(Vec<double, N> (&registers)[R], size_t places) {
+    double values[(R + 1) * N];
+    store(values, registers[R - 1]);
+#pragma GCC unroll 32
+    for (int r = 0; r < R; ++r) store(values + (r + 1) * N, registers[r]);
+#pragma GCC unroll 32
+    for (int r = 0; r < R; ++r) registers[r] = load<Vec<double, N>>(values + (r + 1) * N - places);
+}
+template <int N, int R>
+ZPP_INLINE void turn(Complex<Vec<double, N>> (&registers)[R], size_t places) {
+    Vec<double, N> re[R], im[R];
+#pragma GCC unroll 32
+    for (int r = 0; r < R; ++r) re[r] = registers[r].re, im[r] = registers[r].im;
+    turn<N>(re, places);
+    turn<N>(im, places);
+#pragma GCC unroll 32
+    for (int r = 0; r < R; ++r) registers[r] = {re[r], im[r]};
+}
+
+// The head goes where the end of a block would be, the blocks begin behind it, and at the end the running
+// values are turned into their places.
+template <int N, int Left, class V, class Put, class Term, class Combine, class... S>
+[[gnu::noinline]] ZppStatus reduceBehindHead(size_t head, size_t count, Put put, Term term, Combine combine,
+                                             S... src) {
+    const DoublePrecision precision;
+    V running[kRunning / N];
+    clear(running);
+    V& last = running[kRunning / N - 1];
+    last = combine(last, term(loadAsLast<N>(src, head)...));
+    const auto terms = [=](size_t j, auto... n)
+                           ZPP_INLINE_LAMBDA { return term(loadAsDoubles<N>(src + head + j * N, n...)...); };
+    reduceAll<N>(running, count - head, terms, combine);
+    turn<N>(running, head);
+    put(foldRegisters<N, Left>(running, combine));
+    return zppStatusOk;
+}
+
+// All numbers of `len` elements of `Parts` each, folded until `Left` are left, which `put` takes.
+template <int N, int Parts, int Left, class Put, class Term, class Combine, class... S>
+ZPP_INLINE ZppStatus reduceParts(int len, Put put, Term term, Combine combine, const S*... pSrc) {
+    using V = decltype(term((void(pSrc), Vec<double, N>{})...));
+    const size_t count = Parts * static_cast<size_t>(len);
+    if constexpr (N > 2 && kAlike<double, S...>)
+        if (const size_t head = headOf<N>(count, partsOf(pSrc)...))
+            return reduceBehindHead<N, Left, V>(head, count, put, term, combine, partsOf(pSrc)...);
+    const DoublePrecision precision;
+    V running[kRunning / N];
+    clear(running);
+    const auto terms = [=](size_t j, auto... n)
+                           ZPP_INLINE_LAMBDA { return term(loadParts<N, Parts>(pSrc, j, n...)...); };
+    reduceAll<N>(running, count, terms, combine);
+    put(foldRegisters<N, Left>(running, combine));
+    return zppStatusOk;
+}
+
 template <class Combine, class Term, class Finish, class D, class... S>
 ZPP_INLINE ZppStatus reduce(Combine combine, Term term, Finish finish, D* pDst, int len, const S*... pSrc) {
     if (const ZppStatus error = checkVectors(len, pSrc..., pDst)) return error;
-    const DoublePrecision precision;
-    constexpr int n = kSumLanes<S...>, parts = (1 | ... | kParts<S>) > 1 ? 2 : 1;
-    Vec<double, n> running[kRunning / n];
-    reduceAll<n>(
-        running, parts * static_cast<size_t>(len),
-        [=](size_t j, auto... count)
-            ZPP_INLINE_LAMBDA { return term(loadParts<n, parts>(pSrc, j, count...)...); },
-        combine);
-    putResult(pDst, finish, foldToParts<kParts<D>>(foldRegisters<n, kParts<D>>(running, combine), combine));
-    return zppStatusOk;
+    constexpr int n = kSumLanes<S...>, parts = (1 | ... | kParts<S>) > 1 ? 2 : 1, left = kParts<D>;
+    const auto put = [=](auto folded)
+                         ZPP_INLINE_LAMBDA { putResult(pDst, finish, foldToParts<left>(folded, combine)); };
+    return reduceParts<n, parts, left>(len, put, term, combine, pSrc...);
 }
 
 template <class Combine, class Term, class Finish, class D, class... S>
@@ -193,6 +267,7 @@ ZPP_INLINE ZppStatus reduceComplex(Combine combine, Term term, Finish finish, D*
         return term(loadComplex<n>(partsOf(pSrc + j * n), count...)...);
     };
     decltype(terms(0)) running[kRunning / n / parts];
+    clear(running);
     reduceAll<n>(running, static_cast<size_t>(len), terms, combine);
     const auto sums = foldRegisters<n, 1>(running, combine);
     if constexpr (parts == 2)

@@ -12,19 +12,6 @@ ZppStatus mean(const T* pSrc, int len, T* pMean) {
         itself, [=](double sum) { return quotient(sum, len); }, pMean, len, pSrc);
 }
 
-// The sum of elements, and that of their squares.
-ZPP_INLINE Complex<double> sumsOfPowers(const Zpp64f* pSrc, int len) {
-    constexpr int n = kLanes<double>;
-    Complex<Vec<double>> running[kRunning / n];  // (sums, sums of squares)
-    const auto terms = [=](size_t j, auto... count) ZPP_INLINE_LAMBDA {
-        const auto x = loadAsDoubles<n>(pSrc + j * n, count...);
-        return Complex<Vec<double>>{x, product(x, x)};
-    };
-    reduceAll<n>(running, static_cast<size_t>(len), terms, addTerm);
-    const auto sums = foldRegisters<n, 1>(running, addTerm);
-    return {foldToParts<1>(sums.re, addTerm), foldToParts<1>(sums.im, addTerm)};
-}
-
 }  // namespace
 
 ZppStatus zppsSum_64f(const Zpp64f* pSrc, int len, Zpp64f* pSum) {
@@ -39,6 +26,7 @@ ZppStatus zppsSum_32s_Sfs(const Zpp32s* pSrc, int len, Zpp32s* pSum, int scaleFa
     constexpr int n = kLanes<int64_t>;
     constexpr auto add = [](auto a, auto b) { return a + b; };
     Vec<int64_t> running[4];
+    clear(running);
     reduceAll<n>(
         running, static_cast<size_t>(len),
         [=](size_t j, auto... count) ZPP_INLINE_LAMBDA { return loadAsLongs<n>(pSrc + j * n, count...); },
@@ -57,11 +45,13 @@ ZppStatus zppsMean_64fc(const Zpp64fc* pSrc, int len, Zpp64fc* pMean) { return m
 ZppStatus zppsStdDev_64f(const Zpp64f* pSrc, int len, Zpp64f* pStdDev) {
     const ZppStatus error = firstError(checkPointers(pSrc, pStdDev), require(len >= 2, zppStatusSizeError));
     if (error != zppStatusOk) return error;
-    const DoublePrecision precision;
-    const auto [sum, squares] = sumsOfPowers(pSrc, len);
-    const double n = len, spread = stored(product(squares, n) - product(sum, sum));
-    *pStdDev = spread > 0 ? squareRoot(quotient(spread, product(n - 1, n))) : 0;
-    return zppStatusOk;
+    const auto powers = [](auto x) ZPP_INLINE_LAMBDA { return Complex<decltype(x)>{x, product(x, x)}; };
+    const auto put = [=](auto sums) ZPP_INLINE_LAMBDA {
+        const double sum = foldToParts<1>(sums.re, addTerm), squares = foldToParts<1>(sums.im, addTerm);
+        const double n = len, spread = stored(product(squares, n) - product(sum, sum));
+        *pStdDev = spread > 0 ? squareRoot(quotient(spread, product(n - 1, n))) : 0;
+    };
+    return reduceParts<kLanes<double>, 1, 1>(len, put, powers, addTerm, pSrc);
 }
 
 }  // namespace zpp::ZPP_ISA

@@ -2,7 +2,9 @@
 
 #include "tests/stats/in_order.h"
 #include "tests/support/binding.h"
+#include "tests/support/columns.h"
 #include "tests/support/exact.h"
+#include "tests/support/repeated.h"
 #include "tests/support/table.h"
 #include "zpp.h"
 
@@ -42,26 +44,39 @@ TEST_P(Sums, AreExactOfIntegers) {
     scaledReduction<Zpp32s, Zpp32s>("Sum_32s_Sfs", zppsSum_32s_Sfs, exact, factors);
 }
 
-// Every alignment, and a length of many blocks with a rest, within the bound of the header.
+// At every alignment, for vectors that are long enough for loads to be aligned, and within the bound of the
+// header.
 TEST_P(Sums, KeepTheirBitsAndTheirBound) {
     Random random;
     constexpr int n = 40007;
     std::vector<double> values(n);
     for (double& x : values) x = std::ldexp(random.uniform(), static_cast<int>(random.below(40)));
-    Wide sum = 0, magnitudes = 0;
+    const auto* const asPairs = reinterpret_cast<const Zpp64fc*>(values.data());
+    const std::vector<Zpp64fc> pairs(asPairs, asPairs + n / 2);
+    const double sum = sumInOrder(values), deviation = deviationInOrder(values);
+    const double dot = sumInOrder([](double x) { return product(x, x); }, values);
+    const Zpp64fc complexSum = sumInOrder(pairs);
+    std::vector<double> buffer(n + 8), other(n + 8);
+    for (std::size_t offset = 0; offset < 8; ++offset) {
+        double* const src = buffer.data() + offset;
+        double* const src2 = other.data() + 3 * offset % 8;
+        std::copy(values.begin(), values.end(), src);
+        std::copy(values.begin(), values.end(), src2);
+        double result;
+        Zpp64fc complex;
+        EXPECT_TRUE(zppsSum_64f(src, n, &result) == zppStatusOk && same(sum, result)) << offset;
+        EXPECT_TRUE(zppsStdDev_64f(src, n, &result) == zppStatusOk && same(deviation, result)) << offset;
+        EXPECT_TRUE(zppsDotProd_64f(src, src2, n, &result) == zppStatusOk && same(dot, result)) << offset;
+        zppsSum_64fc(reinterpret_cast<const Zpp64fc*>(src), n / 2, &complex);
+        EXPECT_TRUE(same(complexSum, complex)) << offset;
+    }
+    Wide exact = 0, magnitudes = 0;
     for (const double x : values) {
-        sum += x;
+        exact += x;
         magnitudes += std::fabs(x);
     }
-    std::vector<double> buffer(n + 8);
-    for (std::size_t offset = 0; offset < 8; ++offset) {
-        std::copy(values.begin(), values.end(), buffer.begin() + static_cast<long>(offset));
-        double result;
-        ASSERT_EQ(zppsSum_64f(buffer.data() + offset, n, &result), zppStatusOk);
-        EXPECT_TRUE(same(sumInOrder(values), result));
-        const double error = std::fabs(static_cast<double>(result - sum));
-        EXPECT_LE(error, (n / 32.0 + 6) * 0x1p-53 * static_cast<double>(magnitudes));
-    }
+    EXPECT_LE(std::fabs(static_cast<double>(sum - exact)),
+              (n / 32.0 + 6) * 0x1p-53 * static_cast<double>(magnitudes));
 }
 
 TEST_P(Sums, DeviateAsTheFormulaDoes) {
@@ -81,6 +96,24 @@ TEST_P(Sums, DeviateAsTheFormulaDoes) {
                   zppStatusOk);
         EXPECT_TRUE(same(c.deviation, deviation)) << shown(c.values[0]) << ": " << shown(deviation);
     }
+}
+
+// As many elements as there can be: each counts once.
+TEST(LongSums, CountEveryElement) {
+    constexpr int n = INT_MAX;
+    const RepeatedPages pages(std::size_t{n} * sizeof(Zpp64fc));
+    if (pages.begin() == nullptr) GTEST_SKIP() << pages.whyNot();
+    ASSERT_TRUE(bindAnew());
+    auto* const complex = static_cast<Zpp64fc*>(pages.begin());
+    std::fill_n(complex, RepeatedPages::kPeriod / sizeof(Zpp64fc), Zpp64fc{1, 2});
+    Zpp64fc result;
+    EXPECT_EQ(zppsSum_64fc(complex, n, &result), zppStatusOk);
+    EXPECT_TRUE(same(result, {n, 2.0 * n})) << shown(result);
+    auto* const integers = static_cast<Zpp32s*>(pages.begin());
+    std::fill_n(integers, RepeatedPages::kPeriod / sizeof(Zpp32s), INT_MAX);
+    Zpp32s sum;
+    EXPECT_EQ(zppsSum_32s_Sfs(integers, n, &sum, 31), zppStatusOk);
+    EXPECT_EQ(sum, INT_MAX - 1);  // 2^31 - 2 + 2^-31
 }
 
 }  // namespace
