@@ -82,7 +82,7 @@ inline void copyTo(T* dst, const T* p, const Extreme<Kind, T>& extreme) {
 }
 
 // The running extreme of one kind: several registers of N lanes, to hide the latency of pick().
-template <class Kind, class T, int N, int kRegisters>
+template <class Kind, class T, int N, int kCount>
 class Running {
   public:
     using V = Vec<T, N>;
@@ -91,24 +91,24 @@ class Running {
         for (V& best : best_) best = Kind::key(first);
     }
     ZPP_INLINE void take(int i, V x) {
-        V& best = best_[i % kRegisters];
+        V& best = best_[i % kCount];
         best = Kind::pick(Kind::key(x), best);
     }
     ZPP_INLINE V folded() {
 #pragma GCC unroll 8
-        for (int half = kRegisters / 2; half > 0; half /= 2)
+        for (int half = kCount / 2; half > 0; half /= 2)
 #pragma GCC unroll 8
             for (int i = 0; i < half; ++i) best_[i] = Kind::pick(best_[i], best_[i + half]);
         return best_[0];
     }
 
   private:
-    V best_[kRegisters];
+    V best_[kCount];
 };
 
 template <class Kind, class V>
 ZPP_INLINE V bestOfLanes(V v) {
-    return foldLanes([](V x, V best) { return Kind::pick(x, best); }, v);
+    return overLanes([](V x, V best) { return Kind::pick(x, best); }, v);
 }
 
 // The extreme of all blocks and, lane by lane, where the block begins in which it was met first.
@@ -150,26 +150,26 @@ ZPP_INLINE void forEachBlock(size_t len, TakeBlock takeBlock) {
     }
 }
 
-template <int N, int kRegisters, class T, class... R>
+template <int N, int kCount, class T, class... R>
 ZPP_INLINE void takeRegisters(const T* p, NanWatch<Vec<T, N>>& watch, R&... running) {
     using V = Vec<T, N>;
 #pragma GCC unroll 16
-    for (int i = 0; i < kRegisters; i += 2) {
+    for (int i = 0; i < kCount; i += 2) {
         const V a = load<V>(p + i * N);
-        const V b = kRegisters == 1 ? a : load<V>(p + (i + 1) * N);
+        const V b = kCount == 1 ? a : load<V>(p + (i + 1) * N);
         if constexpr (std::is_same_v<T, double>) watch.look(a, b);
         (running.take(i, a), ...);
-        if constexpr (kRegisters > 1) (running.take(i + 1, b), ...);
+        if constexpr (kCount > 1) (running.take(i + 1, b), ...);
     }
 }
 
-template <int N, int kRegisters, class T, class... Kind>
+template <int N, int kCount, class T, class... Kind>
 ZPP_INLINE bool findAnywhere(const T* p, size_t len, Extreme<Kind, T>&... extremes) {
-    constexpr int kRunning = kRegisters < 8 ? 1 : 8 / sizeof...(Kind);
+    constexpr int kRunning = kCount < 8 ? 1 : 8 / sizeof...(Kind);
     NanWatch<Vec<T, N>> watch;
     const auto find = [&](auto... running) ZPP_INLINE_LAMBDA {
-        forEachBlock<kRegisters * N>(
-            len, [&](size_t i) ZPP_INLINE_LAMBDA { takeRegisters<N, kRegisters>(p + i, watch, running...); });
+        forEachBlock<kCount * N>(
+            len, [&](size_t i) ZPP_INLINE_LAMBDA { takeRegisters<N, kCount>(p + i, watch, running...); });
         ((extremes = {firstLane(bestOfLanes<Kind>(running.folded())), 0, len}), ...);
     };
     find(Running<Kind, T, N, kRunning>(broadcast<Vec<T, N>>(load<T>(p)))...);

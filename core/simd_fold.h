@@ -9,20 +9,20 @@ namespace zpp::ZPP_ISA {
 
 // op(v, v with its halves exchanged), and the same within halves of halves: op over all lanes, in every lane.
 template <int Distance, class Op, class V, int... I>
-ZPP_INLINE V foldLanes(Op op, V v, std::integer_sequence<int, I...> lanes) {
+ZPP_INLINE V overLanes(Op op, V v, std::integer_sequence<int, I...> lanes) {
     const V folded = op(v, shuffle<(I ^ Distance)...>(v, v));
     if constexpr (Distance > 1)
-        return foldLanes<Distance / 2>(op, folded, lanes);
+        return overLanes<Distance / 2>(op, folded, lanes);
     else
         return folded;
 }
 template <class Op, class V>
-ZPP_INLINE V foldLanes(Op op, V v) {
+ZPP_INLINE V overLanes(Op op, V v) {
     if constexpr (std::is_arithmetic_v<V>) {
         return v;
     } else {
         constexpr int n = sizeof(V) / sizeof(v[0]);
-        return foldLanes<n / 2>(op, v, std::make_integer_sequence<int, n>{});
+        return overLanes<n / 2>(op, v, std::make_integer_sequence<int, n>{});
     }
 }
 
