@@ -2,12 +2,13 @@
 //
 //     Extreme<Lowest, double> low;
 //     Extreme<Highest, double> high;
-//     findExtremes<kIndexed>(p, len, low, high)    both in one pass; whether there is a NaN
+//     findExtremes<kIndexed>(p, len, low, high)    of one kind or of both, in one pass
 //     indexOf(p, low)                              the first element that is the extreme
 //     copyTo(dst, p, high)                         its bytes
 //
-// NaNs are passed over; with kIndexed element 0 must not be one. The vector is covered by blocks, the last of
-// which may overlap the one before: an element may be looked at twice.
+// Element 0 must not be a NaN. Of one kind NaNs are passed over; of both, findExtremes returns whether there
+// is one, and then nothing is found. The vector is covered by blocks, the last of which may overlap the one
+// before: an element may be looked at twice.
 #pragma once
 
 #include "core/checks.h"
@@ -90,6 +91,11 @@ class Running {
 #pragma GCC unroll 8
         for (V& best : best_) best = Kind::key(first);
     }
+    // The registers from p on.
+    ZPP_INLINE explicit Running(const T* p) {
+#pragma GCC unroll 8
+        for (int i = 0; i < kCount; ++i) best_[i] = Kind::key(load<V>(p + i * N));
+    }
     ZPP_INLINE void take(int i, V x) {
         V& best = best_[i % kCount];
         best = Kind::pick(Kind::key(x), best);
@@ -150,7 +156,8 @@ ZPP_INLINE void forEachBlock(size_t len, TakeBlock takeBlock) {
     }
 }
 
-template <int N, int kCount, class T, class... R>
+// Of which the running extremes have the first kTaken already.
+template <int N, int kCount, int kTaken = 0, class T, class... R>
 ZPP_INLINE void takeRegisters(const T* p, NanWatch<Vec<T, N>>& watch, R&... running) {
     using V = Vec<T, N>;
 #pragma GCC unroll 16
@@ -158,8 +165,8 @@ ZPP_INLINE void takeRegisters(const T* p, NanWatch<Vec<T, N>>& watch, R&... runn
         const V a = load<V>(p + i * N);
         const V b = kCount == 1 ? a : load<V>(p + (i + 1) * N);
         if constexpr (std::is_same_v<T, double>) watch.look(a, b);
-        (running.take(i, a), ...);
-        if constexpr (kCount > 1) (running.take(i + 1, b), ...);
+        if (i >= kTaken) (running.take(i, a), ...);
+        if (i + 1 >= kTaken && kCount > 1) (running.take(i + 1, b), ...);
     }
 }
 
@@ -179,17 +186,24 @@ ZPP_INLINE bool findAnywhere(const T* p, size_t len, Extreme<Kind, T>&... extrem
 // Blocks of so many registers are searched for the element.
 inline constexpr int kSearched = 16;
 
+// The running extremes of a block begin with its first registers, where a NaN would stay; but for one kind
+// alone, of which that is not told, with element 0.
 template <int N, class T, class... Kind>
 ZPP_INLINE bool findBlocks(const T* p, size_t len, Extreme<Kind, T>&... extremes) {
+    constexpr bool passesNans = std::is_same_v<T, double> && sizeof...(Kind) == 1;
+    constexpr int kRunning = 4, kTaken = passesNans ? 0 : kRunning;
     const auto first = broadcast<Vec<T, N>>(load<T>(p));
     NanWatch<Vec<T, N>> watch;
     const auto find = [&](auto... best) ZPP_INLINE_LAMBDA {
         forEachBlock<kSearched * N>(len, [&](size_t i) ZPP_INLINE_LAMBDA {
             const auto takeBlock = [&](auto... running) ZPP_INLINE_LAMBDA {
-                takeRegisters<N, kSearched>(p + i, watch, running...);
+                takeRegisters<N, kSearched, kTaken>(p + i, watch, running...);
                 (best.take(running.folded(), i), ...);
             };
-            takeBlock(Running<Kind, T, N, 4>(first)...);
+            if constexpr (passesNans)
+                takeBlock(Running<Kind, T, N, kRunning>(first)...);
+            else
+                takeBlock(Running<Kind, T, N, kRunning>(p + i)...);
         });
         ((extremes = best.found(kSearched * N)), ...);
     };

@@ -14,7 +14,7 @@ inline Extreme<Kind, T> only(const T* p, size_t i) {
     return {p[i], i, 1};
 }
 
-// The extreme as far as it has to be known for an index: the element.
+// The element that is the extreme.
 template <class Kind, class T>
 inline void settle(const T* p, Extreme<Kind, T>& extreme, int* pIndx) {
     extreme.begin = indexOf(p, extreme);
@@ -35,9 +35,10 @@ inline ZppStatus extreme(const Zpp64f* pSrc, int len, Zpp64f* pExtreme, int* pIn
 // Where there are NaNs: the maximum is one at element 0, the minimum that of the elements behind the last
 // one.
 template <bool kIndexed>
-[[gnu::noinline]] void heedNans(const Zpp64f* p, size_t len, Extreme<Lowest, Zpp64f>& low,
-                                Extreme<Highest, Zpp64f>& high) {
-    if (isNan(p[0])) high = only<Highest>(p, 0);
+[[gnu::noinline]] void findBesideNans(const Zpp64f* p, size_t len, Extreme<Lowest, Zpp64f>& low,
+                                      Extreme<Highest, Zpp64f>& high) {
+    high = only<Highest>(p, 0);
+    if (!isNan(p[0])) findExtremes<kIndexed>(p, len, high);
     size_t last = len - 1;
     while (!isNan(p[last])) --last;
     low = only<Lowest>(p, last);
@@ -54,7 +55,7 @@ inline ZppStatus extremes(const T* pSrc, int len, T* pMin, T* pMax, int* pMinInd
     Extreme<Highest, T> high;
     if constexpr (std::is_same_v<T, Zpp64f>) {
         if (isNan(pSrc[0]) || findExtremes<kIndexed>(pSrc, count, low, high))
-            heedNans<kIndexed>(pSrc, count, low, high);
+            findBesideNans<kIndexed>(pSrc, count, low, high);
     } else {
         findExtremes<kIndexed>(pSrc, count, low, high);
     }

@@ -137,6 +137,8 @@ TEST_F(Longest, AreWrittenToTheEnd) {
     expectReached<UInt24, UInt24>("SwapBytes_24u", outOfPlace(zppsSwapBytes_24u));
     expectReached<double, double, double>("Add_64f", outOfPlace(zppsAdd_64f));
     expectReached<Zpp64fc, Zpp64fc, Zpp64fc>("Mul_64fc", outOfPlace(zppsMul_64fc));
+    expectReached<Zpp32s, Zpp32s, Zpp32s>("Add_32s_Sfs", outOfPlace(zppsAdd_32s_Sfs, 1));
+    expectReached<Zpp32sc, Zpp32sc, Zpp32sc>("Mul_32sc_Sfs", outOfPlace(zppsMul_32sc_Sfs, 31));
 
     constexpr int len = 8 * kGib / sizeof(double);
     double* src = source().vector<double>(len);
