@@ -17,6 +17,7 @@ inline constexpr int32_t kSingleNormal = 0x38800000;  // 2^-14, the least normal
 inline constexpr int32_t kSingleTie = 0x33000000;     // 2^-25, half the least subnormal half, is rounded up
 inline constexpr int32_t kSingle65536 = 0x47800000;   // from here on halves are infinite
 inline constexpr int kPlaces = 23 - 10;               // between the fractions of a half and a single
+inline constexpr int32_t kRebias = (127 - 15) << 23;  // between the exponents
 
 template <class V>
 using FloatsOf = Vec<float, sizeof(V) / sizeof(float)>;
@@ -31,25 +32,25 @@ ZPP_INLINE auto floatsOf(int32_t bits) {
     return asFloats(broadcast<V>(bits));
 }
 
-// The singles, as bits, of halves in lanes of 32 bits. NaNs keep their payload and stay signalling.
+// The singles, as bits, of halves that have no sign and are finite.
 template <class V>
-ZPP_INLINE V halfToSingle(V half) {
-    const V magnitude = half & 0x7FFF;
+ZPP_INLINE V finiteToSingle(V half) {
     // With the exponent of a normal half, and with the next one: a normal number is the difference. In the
     // second the fraction of a subnormal number has its value, beside the 2^-14 of the leading one.
-    const V once = (magnitude << kPlaces) + (127 - 15) * (1 << 23);
+    const V once = (half << kPlaces) + kRebias;
     const V twice = once + (1 << 23);
-    const V finite = bitCast<V>(asFloats(twice) - max(asFloats(once), floatsOf<V>(kSingleNormal)));
-    const V special = magnitude >= kHalfInfinity ? broadcast<V>(kSingleInfinity) : V{};
-    return finite | special | (half & 0x8000) << 16;
+    return bitCast<V>(asFloats(twice) - max(asFloats(once), floatsOf<V>(kSingleNormal)));
+}
+// A single number may ask which it is.
+ZPP_INLINE int32_t finiteToSingle(int32_t half) {
+    if (half < 0x400) return bitCast<int32_t>(toFloat(half) * 0x1p-24F);
+    return (half << kPlaces) + kRebias;
 }
 
-// The halves, as signed numbers in lanes of 32 bits, of singles given as bits. With `plain` none is a NaN or
-// 2^-25.
+// The halves of singles, given as bits, that have no sign. A NaN becomes infinite.
 template <Rounding rounding, bool plain, class V>
-ZPP_INLINE V singleToHalf(V single) {
-    const V magnitude = single & 0x7FFFFFFF;
-    V bounded = bitCast<V>(min(asFloats(magnitude), floatsOf<V>(kSingle65536)));
+ZPP_INLINE V unsignedToHalf(V single) {
+    V bounded = bitCast<V>(min(asFloats(single), floatsOf<V>(kSingle65536)));
     if constexpr (rounding == Rounding::kNearest && !plain)
         bounded = addWhere(bounded == kSingleTie, bounded);
 
@@ -57,7 +58,32 @@ ZPP_INLINE V singleToHalf(V single) {
     const V power = bitCast<V>(max(asFloats(bounded & kSingleInfinity), floatsOf<V>(kSingleNormal)));
     const V exponent = power - kSingleNormal;
     const V units = toInts<rounding>(asFloats(bounded) * asFloats((127 + 24) * (1 << 23) - exponent));
-    V half = units + (exponent >> kPlaces);
+    return units + (exponent >> kPlaces);
+}
+template <Rounding rounding, bool plain>
+ZPP_INLINE int32_t unsignedToHalf(int32_t single) {
+    constexpr bool nearest = rounding == Rounding::kNearest;
+    const int32_t bounded = min(single, kSingle65536);
+    if (bounded < kSingleNormal)
+        return toInts<rounding>(asFloats(bounded) * 0x1p24F) + (nearest && bounded == kSingleTie);
+    const int32_t half = nearest ? (1 << (kPlaces - 1)) - 1 + (bounded >> kPlaces & 1) : 0;
+    return (bounded - kRebias + half) >> kPlaces;
+}
+
+// The singles, as bits, of halves in lanes of 32 bits. NaNs keep their payload and stay signalling.
+template <class V>
+ZPP_INLINE V halfToSingle(V half) {
+    const V magnitude = half & 0x7FFF;
+    const V special = magnitude >= kHalfInfinity ? broadcast<V>(kSingleInfinity) : V{};
+    return finiteToSingle(magnitude) | special | (half & 0x8000) << 16;
+}
+
+// The halves, as signed numbers in lanes of 32 bits, of singles given as bits. With `plain` none is a NaN or
+// 2^-25.
+template <Rounding rounding, bool plain, class V>
+ZPP_INLINE V singleToHalf(V single) {
+    const V magnitude = single & 0x7FFFFFFF;
+    V half = unsignedToHalf<rounding, plain>(magnitude);
     if constexpr (!plain) half |= magnitude > kSingleInfinity ? broadcast<V>(kHalfNan - kHalfInfinity) : V{};
     return half | (single >> 16 & ~0x7FFF);
 }
@@ -163,12 +189,6 @@ ZPP_INLINE auto loadAsFloatBits(const Half* p) {
     return exact();
 }
 
-// Singles, given as bits, as halves, without the instructions.
-template <Rounding rounding, bool plain, class V>
-ZPP_INLINE void storeFromBits(Half* p, V single) {
-    const auto half = [](auto v) ZPP_INLINE_LAMBDA { return singleToHalf<rounding, plain>(v); };
-    storeSaturated(reinterpret_cast<int16_t*>(p), mapRegisters(half, single));
-}
 // Singles, given as bits, as halves; `plain` is that of singleToHalf. V is one register or
 // kPackedRegisters<Half> of them.
 template <Rounding rounding, bool plain, class V>
@@ -181,7 +201,11 @@ ZPP_INLINE void storeAsHalves(Half* p, V single) {
         }
     }
 #endif
-    storeFromBits<rounding, plain>(p, single);
+    const auto half = [](auto v) ZPP_INLINE_LAMBDA { return singleToHalf<rounding, plain>(v); };
+    if constexpr (std::is_same_v<V, int32_t>)
+        p->bits = static_cast<uint16_t>(half(single));
+    else
+        storeSaturated(reinterpret_cast<int16_t*>(p), mapRegisters(half, single));
 }
 
 }  // namespace zpp::ZPP_ISA
