@@ -27,7 +27,11 @@ ZPP_INLINE auto toIntsOf(V v) {
         const int32_t bounded = toInts<rounding>(saturate(v, Range<float>{lower, upper}));
         return wide && v > upper ? range.upper : bounded;
     } else if constexpr (wide) {
-        return toInts<rounding>(v) ^ (v > upper);  // from -2^31 to 2^31 - 1
+        auto ints = toInts<rounding>(v);
+        if constexpr (sizeof(V) == 64)
+            return select(v > upper, broadcast<decltype(ints)>(range.upper), ints);  // one instruction
+        else
+            return ints ^ (v > upper);  // of -2^31
     } else {
         const V bounded = min(broadcast<V>(upper), v);  // in this order a NaN stays
         return toInts<rounding>(kSaturatesBelow<D> ? bounded : max(bounded, broadcast<V>(lower)));

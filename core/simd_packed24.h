@@ -18,7 +18,9 @@ template <>
 inline constexpr Range<int32_t> kRange<UInt24> = {0, 0xFFFFFF};
 
 template <>
-inline constexpr int kPackedRegisters<Int24> = kVectorBytes == 0 ? 1 : 4;
+inline constexpr int kPackedRegisters<Int24> = kVectorBytes == 0    ? 1
+                                               : kVectorBytes == 64 ? 2
+                                                                    : 4;
 template <>
 inline constexpr int kPackedRegisters<UInt24> = kPackedRegisters<Int24>;
 
@@ -164,23 +166,20 @@ ZPP_INLINE void storePacked(uint8_t* p, V v) {
     }
 #endif
 }
+#ifdef __AVX512F__
+// A register and a half.
+template <bool spare = false>
+ZPP_INLINE void storePacked(uint8_t* p, Halves<Vec<int32_t, 16>> v) {
+    const __m512i low = bitCast<__m512i>(v.low), high = bitCast<__m512i>(v.high);
+    const __m512i first = _mm512_setr_epi32(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 16, 17, 18, 20);
+    const __m512i rest = _mm512_setr_epi32(5, 6, 8, 9, 10, 12, 13, 14, 0, 0, 0, 0, 0, 0, 0, 0);
+    store(p, _mm512_permutex2var_epi32(low, first, high));
+    store(p + 64, _mm512_castsi512_si256(_mm512_maskz_permutexvar_epi32(kAllLanes, rest, high)));
+}
+#endif
 template <bool spare = false, class V>
 ZPP_INLINE void storePacked(uint8_t* p, Halves<V> v) {
     storePacked<true>(p, v.low);
     storePacked<spare>(p + sizeof(v) * 3 / 8, v.high);
 }
-#ifdef __AVX512F__
-// Four registers fill three.
-ZPP_INLINE void storePacked(uint8_t* p, Halves<Halves<Vec<int32_t, 16>>> v) {
-    const auto put = [&](int i, Vec<int32_t, 16> a, Vec<int32_t, 16> b, __m512i lanes) ZPP_INLINE_LAMBDA {
-        store(p + 64 * i, _mm512_permutex2var_epi32(bitCast<__m512i>(a), lanes, bitCast<__m512i>(b)));
-    };
-    put(0, v.low.low, v.low.high, _mm512_setr_epi32(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 16, 17, 18, 20));
-    put(1, v.low.high, v.high.low,
-        _mm512_setr_epi32(5, 6, 8, 9, 10, 12, 13, 14, 16, 17, 18, 20, 21, 22, 24, 25));
-    put(2, v.high.low, v.high.high,
-        _mm512_setr_epi32(10, 12, 13, 14, 16, 17, 18, 20, 21, 22, 24, 25, 26, 28, 29, 30));
-}
-#endif
-
 }  // namespace zpp::ZPP_ISA

@@ -11,8 +11,18 @@ constexpr auto sameValue = [](auto v) { return v; };
 template <class T, class D>
 inline ZppStatus scaled(const T* pSrc, D* pDst, int len, int scaleFactor, int mostLeft) {
     const Range<T> range = {static_cast<T>(kRange<D>.lower), static_cast<T>(kRange<D>.upper)};
-    return withScale(clamp(scaleFactor, -mostLeft, 31), range, mostLeft,
-                     [=](auto scale) { return elementwise32(scale, pDst, len, pSrc); });
+    const auto run = [=](auto op) { return elementwise32(op, pDst, len, pSrc); };
+    if (scaleFactor < 0) return withScale(scaleFactor, range, mostLeft, run);
+
+    const auto saturated = [=](auto v) ZPP_INLINE_LAMBDA {
+        if constexpr (kSaturatesBelow<D>)  // when it is stored
+            return v;
+        else
+            return saturate(v, range);
+    };
+    if (scaleFactor == 0) return run(saturated);
+    const RoundedShiftRight<T> shift(clamp(scaleFactor, 1, 31));
+    return run([=](auto v) ZPP_INLINE_LAMBDA { return saturated(shift(v)); });
 }
 
 }  // namespace
