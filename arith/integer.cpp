@@ -11,35 +11,63 @@ constexpr auto addProduct = [](auto a, auto b, auto sum) ZPP_INLINE_LAMBDA {
     return mapRegisters(plus, products(a, b), products(sum, inRegister<decltype(sum)>(1)));
 };
 
-// dividend / divisor * scale in a double, ready to be rounded to an integer of 32 bits. A quotient that is
-// half an integer as a double need not be one: there the sign of the remainder decides. (Elsewhere the
-// rounding to double makes no difference, as these halves are doubles and rounding keeps the order.)
+// Quotients times a power of two as doubles, ready to be rounded to integers of 32 bits. One that is half an
+// integer as a double need not be one: there the sign of the remainder decides. (Elsewhere the rounding to
+// double makes no difference, as these halves are doubles and rounding keeps the order.)
 struct DivideScaled {
     double scale;
     bool* zeroMet;
 
-    template <class V>
-    ZPP_INLINE V operator()(V divisor, V dividend) const {
-        const auto zero = divisor == 0;
-        if (any(zero)) [[unlikely]] {
+    template <class Lanes>
+    ZPP_INLINE auto operator()(Lanes, const Zpp32s* pDivisor, const Zpp32s* pDividend) const {
+        constexpr int n = Lanes::value;
+        auto divisor = loadManyAsDoubles<n>(pDivisor);
+        const auto dividend = loadManyAsDoubles<n>(pDividend);
+        if (any(foldRegisters(product, divisor) == 0)) [[unlikely]] {
             *zeroMet = true;
-            divisor = select(zero, broadcast<V>(0x1p-100), divisor);  // out of the range at every scale
+            divisor = mapRegisters(notZero, divisor);
         }
-        const V quotient = stored(dividend / divisor);
-        const V scaled = min(max(stored(quotient * scale), broadcast<V>(-0x1p31)), broadcast<V>(0x1p31 - 1));
-        constexpr double integers = 0x1.8p52;  // beside it doubles are integers
-        const V fraction = scaled - stored(stored(scaled + integers) - integers);
-        const auto half = fraction * fraction == 0.25;
-        if (!any(half)) [[likely]]
+        const auto quotient = mapRegisters(divide, dividend, divisor);
+        const auto scaled =
+            mapRegisters([this](auto q) ZPP_INLINE_LAMBDA { return bounded(stored(q * scale)); }, quotient);
+        if (!any(foldRegisters(largest, mapRegisters(squaredFraction, scaled)) == 0.25)) [[likely]]
             return scaled;
-        // Such a quotient has 33 bits: with the divisor in two parts all is exact.
+        return mapRegisters(besideHalf, scaled, quotient, dividend, divisor);
+    }
+
+    static constexpr auto product = [](auto a, auto b) ZPP_INLINE_LAMBDA { return a * b; };
+    static constexpr auto largest = [](auto a, auto b) ZPP_INLINE_LAMBDA { return max(a, b); };
+    static constexpr auto divide = [](auto a, auto b) ZPP_INLINE_LAMBDA { return stored(a / b); };
+
+    // Instead of 0 what takes a quotient but 0 out of the range at every scale, and raises no exception.
+    static constexpr auto notZero = [](auto divisor) ZPP_INLINE_LAMBDA {
+        return select(divisor == 0, broadcast<decltype(divisor)>(0x1p-100), divisor);
+    };
+
+    template <class V>
+    ZPP_INLINE static V bounded(V v) {
+        return min(max(v, broadcast<V>(-0x1p31)), broadcast<V>(0x1p31 - 1));
+    }
+
+    // At most 1/4, and that in a half.
+    static constexpr auto squaredFraction = [](auto scaled) ZPP_INLINE_LAMBDA {
+        constexpr double integers = 0x1.8p52;  // beside it doubles are integers
+        const auto fraction = scaled - stored(stored(scaled + integers) - integers);
+        return fraction * fraction;
+    };
+
+    // A quarter more or less in the halves that are not exact. Their quotient has 33 bits: with the divisor
+    // in two parts all is exact.
+    static constexpr auto besideHalf = [](auto scaled, auto quotient, auto dividend,
+                                          auto divisor) ZPP_INLINE_LAMBDA {
+        using V = decltype(scaled);
         constexpr double multiples = 0x1.8p68;  // beside it doubles are multiples of 2^16
         const V high = stored(stored(divisor + multiples) - multiples);
         const V remainder = mulSubFrom(quotient, divisor - high, dividend - quotient * high);
         const V direction = remainder * divisor * 0x1p100;
         const V quarter = min(max(direction, broadcast<V>(-0.25)), broadcast<V>(0.25));
-        return select(half, scaled + quarter, scaled);
-    }
+        return select(squaredFraction(scaled) == 0.25, scaled + quarter, scaled);
+    };
 };
 
 }  // namespace
@@ -67,13 +95,9 @@ ZppStatus zppsDiv_32s_Sfs(const Zpp32s* pSrc1, const Zpp32s* pSrc2, Zpp32s* pDst
     bool zeroMet = false;
     // Quotients lie within 2^-31 ... 2^31: at 2^64 and 2^-64 all saturate or vanish.
     const DivideScaled divide{powerOfTwo<double>(-clamp(scaleFactor, -64, 64)), &zeroMet};
-    const ZppStatus error = elementwiseSteps<kLanes<double>>(
-        [=](auto lanes, const Zpp32s* divisors, const Zpp32s* dividends) ZPP_INLINE_LAMBDA {
-            constexpr int n = decltype(lanes)::value;
-            return divide(loadAsDoubles<n>(divisors), loadAsDoubles<n>(dividends));
-        },
-        [](Zpp32s* p, auto v) ZPP_INLINE_LAMBDA { storeAsInts<Rounding::kNearest>(p, v); }, pDst, len, pSrc1,
-        pSrc2);
+    const ZppStatus error = elementwiseSteps<kLanes<int32_t>, kLanes<double>>(
+        divide, [](Zpp32s* p, auto v) ZPP_INLINE_LAMBDA { storeManyAsInts<Rounding::kNearest>(p, v); }, pDst,
+        len, pSrc1, pSrc2);
     return zeroMet ? zppStatusDivByZero : error;
 }
 ZppStatus zppsDiv_32s_ISfs(const Zpp32s* pSrc, Zpp32s* pSrcDst, int len, int scaleFactor) {

@@ -38,7 +38,7 @@ ZPP_INLINE V addWhere(M condition, V v) {
     if constexpr (std::is_arithmetic_v<V>)
         return v + condition;
     else if constexpr (sizeof(V) == 64)
-        return select(condition, v + 1, v);  // one instruction
+        return select(condition, bitCast<V>(asUnsigned(v) + 1), v);  // one instruction
     else
         return v - bitCast<V>(condition);  // a mask is -1
 }

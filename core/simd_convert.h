@@ -30,6 +30,15 @@ ZPP_INLINE auto mapRegisters(Op op, V v, W... others) {
         return op(v, others...);
 }
 
+// What op makes of the registers of one value, two at a time.
+template <class Op, class V>
+ZPP_INLINE auto foldRegisters(Op op, V v) {
+    if constexpr (kIsHalves<V>)
+        return op(foldRegisters(op, v.low), foldRegisters(op, v.high));
+    else
+        return v;
+}
+
 #ifdef __SSE2__
 // A vector as the type that integer instructions take.
 template <class V>
@@ -206,6 +215,15 @@ ZPP_INLINE Vec<double, N> loadAsDoubles(const S* p) {
 #endif
 }
 
+// The same in a register, or in several where N is too many for one.
+template <int N, class S>
+ZPP_INLINE auto loadManyAsDoubles(const S* p) {
+    if constexpr (N > kLanes<double>)
+        return halves(loadManyAsDoubles<N / 2>(p), loadManyAsDoubles<N / 2>(p + N / 2));
+    else
+        return loadAsDoubles<N>(p);
+}
+
 // Doubles as the nearest singles.
 template <class V>
 ZPP_INLINE void storeAsFloats(float* p, V v) {
@@ -291,6 +309,16 @@ ZPP_INLINE void storeAsInts(int32_t* p, V v) {
         store(p, nearest ? _mm512_maskz_cvtpd_epi32(kAllLanes & 0xFF, bounded)
                          : _mm512_maskz_cvttpd_epi32(kAllLanes & 0xFF, bounded));
 #endif
+}
+
+template <Rounding rounding, class V>
+ZPP_INLINE void storeManyAsInts(int32_t* p, V v) {
+    if constexpr (kIsHalves<V>) {
+        storeManyAsInts<rounding>(p, v.low);
+        storeManyAsInts<rounding>(p + sizeof(v.low) / sizeof(double), v.high);
+    } else {
+        storeAsInts<rounding>(p, v);
+    }
 }
 
 }  // namespace zpp::ZPP_ISA
