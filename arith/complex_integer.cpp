@@ -18,7 +18,7 @@ constexpr auto multiply = [](auto a, auto b) ZPP_INLINE_LAMBDA {
 
 inline ZppStatus multiplyByReal(const Zpp32s* pReal, const Zpp32sc* pSrc, Zpp32sc* pDst, int len,
                                 int scaleFactor) {
-    return withScaledProduct<Lanes64::kProducts>(scaleFactor, [=](auto scale) {
+    return withScaledProduct<Lanes64::kProducts>(scaleFactor, [=](auto scale) ZPP_INLINE_LAMBDA {
         return elementwiseSteps<kStep<Zpp32sc>>(
             [=](auto lanes, const Zpp32s* real, const Zpp32sc* complex) ZPP_INLINE_LAMBDA {
                 constexpr int n = decltype(lanes)::value;

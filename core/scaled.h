@@ -100,25 +100,29 @@ ZPP_INLINE ZppStatus withScaledProduct(int scaleFactor, Run run) {
     return run([=](auto v) ZPP_INLINE_LAMBDA { return saturatedTo32(mapRegisters(shift, v)); });
 }
 
+// What runs is inlined, though once for a call: to pass all that it captures through memory takes as long as
+// fifty elements.
 template <class Terms, class T>
 inline ZppStatus scaledSum(const T* a, const T* b, T* pDst, int len, int scaleFactor) {
-    return withScaledSum<Terms>(scaleFactor, [=](auto sum) { return elementwise(sum, pDst, len, a, b); });
+    return withScaledSum<Terms>(
+        scaleFactor, [=](auto sum) ZPP_INLINE_LAMBDA { return elementwise(sum, pDst, len, a, b); });
 }
 template <class Terms, class T>
 inline ZppStatus scaledSum(const T* a, T val, T* pDst, int len, int scaleFactor) {
-    return withScaledSum<Terms>(scaleFactor, [=](auto sum) { return withConstant(sum, a, val, pDst, len); });
+    return withScaledSum<Terms>(
+        scaleFactor, [=](auto sum) ZPP_INLINE_LAMBDA { return withConstant(sum, a, val, pDst, len); });
 }
 
 template <Lanes64 lanes, class Multiply, class D, class... S>
 inline ZppStatus scaledProduct(Multiply multiply, D* pDst, int len, int scaleFactor, const S*... pSrc) {
-    return withScaledProduct<lanes>(scaleFactor, [=](auto scale) {
+    return withScaledProduct<lanes>(scaleFactor, [=](auto scale) ZPP_INLINE_LAMBDA {
         const auto op = [=](auto... x) ZPP_INLINE_LAMBDA { return scale(multiply(x...)); };
         return elementwise(op, pDst, len, pSrc...);
     });
 }
 template <Lanes64 lanes, class Multiply, class T>
 inline ZppStatus scaledProductC(Multiply multiply, const T* pSrc, T val, T* pDst, int len, int scaleFactor) {
-    return withScaledProduct<lanes>(scaleFactor, [=](auto scale) {
+    return withScaledProduct<lanes>(scaleFactor, [=](auto scale) ZPP_INLINE_LAMBDA {
         const auto op = [=](auto x, auto y) ZPP_INLINE_LAMBDA { return scale(multiply(x, y)); };
         return withConstant(op, pSrc, val, pDst, len);
     });
