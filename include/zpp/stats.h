@@ -7,8 +7,8 @@
  *
  * Vectors hold len elements, results one. Sums are formed in double, in one order of additions, which depends
  * on len alone: the bits of a result are the same on every processor and for every alignment, a NaN apart.
- * The error of a sum of n terms is below (n / 32 + 6) * 2^-53 times the sum of their magnitudes. Overflow and
- * cancellation are those of the formulas.
+ * The error of a sum is below (len / 32 + 6) * 2^-53 times the sum of the magnitudes of its terms, of a part of a
+ * complex sum (len / 16 + 6) times. Overflow and cancellation are those of the formulas.
  *
  * Returned, in this order of checks: -8 for a null pointer; -6 for len < 1. */
 
@@ -114,7 +114,7 @@ ZPP_EXPORT(ZppStatus, zppsDotProd_32f32fc64fc, (const Zpp32f* pSrc1, const Zpp32
 
 /* The same of integers, summed in double too; the sum (each part of it) is multiplied by 2^-scaleFactor,
  * where factors below -31 count as -31 and those above 93 as 93, rounded to nearest, ties to even, and
- * saturated. It is exact while the sum is below 2^53. */
+ * saturated. It is exact while products and sums are below 2^53. */
 ZPP_EXPORT(ZppStatus, zppsDotProd_32s_Sfs,
            (const Zpp32s* pSrc1, const Zpp32s* pSrc2, int len, Zpp32s* pDp, int scaleFactor))
 ZPP_EXPORT(ZppStatus, zppsDotProd_32sc_Sfs,
