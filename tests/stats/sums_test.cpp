@@ -88,6 +88,7 @@ TEST_P(Sums, DeviateAsTheFormulaDoes) {
                  {{1e8, 1e8 + 1}, 0},
                  {{1e200, 0}, 0},
                  {{1e200, -1e200}, kInf},
+                 {{1.3, 1.3, 1.3}, 0},
                  {{kInf, 1}, 0},
                  {{1, kNan}, 0}};
     for (const auto& c : cases) {
