@@ -11,61 +11,52 @@ namespace {
 class Extremes : public BoundTest {};
 ZPP_FOR_ALL_BINDINGS(Extremes);
 
-// The indices by the rule, element by element.
-template <class T>
-int highest(const T* p, int len) {
+// The index by the rule, element by element.
+template <class T, class Better>
+int indexBy(Better better, const T* p, int len) {
     int index = 0;
     for (int i = 1; i < len; ++i)
-        if (p[i] > p[index]) index = i;
+        if (better(p[i], p[index])) index = i;
     return index;
 }
-template <class T>
-int lowest(const T* p, int len) {
-    int index = 0;
-    for (int i = 1; i < len; ++i)
-        if (p[i] < p[index]) index = i;
-    return index;
-}
-template <class T>
-int lowestOrNan(const T* p, int len) {
-    int index = 0;
-    for (int i = 1; i < len; ++i)
-        if (!(p[i] >= p[index])) index = i;
-    return index;
+constexpr auto greater = [](auto x, auto best) { return x > best; };
+constexpr auto less = [](auto x, auto best) { return x < best; };
+constexpr auto notGreaterOrEqual = [](auto x, auto best) { return !(x >= best); };
+
+// By the bits: of zeros and of NaN.
+template <class T, class Better>
+void expectAt(Better better, const T* p, int len, const T& value, int index) {
+    const int expected = indexBy(better, p, len);
+    EXPECT_TRUE(index == expected && sameBits(p[expected], value))
+        << shown(value) << " at " << index << " of " << len << ", expected " << shown(p[expected]) << " at "
+        << expected;
 }
 
-// By their bits: of zeros and of NaN.
-template <class T>
-void expectOne(const char* name, ZppStatus (*call)(const T*, int, T*),
-               ZppStatus (*indexed)(const T*, int, T*, int*), const T* p, int len, int expected) {
-    T value, without, single;
+template <class Better>
+void expectOne(Better better, ZppStatus (*call)(const double*, int, double*),
+               ZppStatus (*indexed)(const double*, int, double*, int*), const double* p, int len) {
+    double value[3];
     int index = -1;
-    EXPECT_EQ(call(p, len, &value), zppStatusOk);
-    EXPECT_EQ(indexed(p, len, &single, &index), zppStatusOk);
-    EXPECT_EQ(indexed(p, len, &without, nullptr), zppStatusOk);
-    EXPECT_EQ(index, expected) << name << " of " << len << " elements";
-    EXPECT_TRUE(sameBits(p[expected], value) && sameBits(p[expected], single) && sameBits(value, without))
-        << name << " of " << len << " elements is " << shown(value) << " or " << shown(single);
+    EXPECT_EQ(call(p, len, &value[0]), zppStatusOk);
+    EXPECT_EQ(indexed(p, len, &value[1], &index), zppStatusOk);
+    EXPECT_EQ(indexed(p, len, &value[2], nullptr), zppStatusOk);
+    for (const double& x : value) expectAt(better, p, len, x, index);
 }
 
 template <class T>
 void expectBoth(ZppStatus (*call)(const T*, int, T*, T*),
                 ZppStatus (*indexed)(const T*, int, T*, int*, T*, int*), const T* p, int len) {
-    T value[4];
-    int index[2] = {-1, -1};
-    const int expected[] = {lowestOrNan(p, len), highest(p, len)};
-    EXPECT_EQ(call(p, len, &value[0], &value[1]), zppStatusOk);
-    EXPECT_EQ(indexed(p, len, &value[2], &index[0], &value[3], &index[1]), zppStatusOk);
-    for (int i = 0; i < 4; ++i) {
-        const char* name = i % 2 == 0 ? "minimum" : "maximum";
-        EXPECT_EQ(index[i % 2], expected[i % 2]) << name << " of " << len << " elements";
-        EXPECT_TRUE(sameBits(p[expected[i % 2]], value[i])) << name << " is " << shown(value[i]);
-    }
+    T min[2], max[2];
+    int minIndx = -1, maxIndx = -1;
+    EXPECT_EQ(call(p, len, &min[0], &max[0]), zppStatusOk);
+    EXPECT_EQ(indexed(p, len, &min[1], &minIndx, &max[1], &maxIndx), zppStatusOk);
+    for (const T& x : min) expectAt(notGreaterOrEqual, p, len, x, minIndx);
+    for (const T& x : max) expectAt(greater, p, len, x, maxIndx);
 }
 
 void expectExtremes(const double* p, int len) {
-    expectOne("Max_64f", zppsMax_64f, zppsMaxIndx_64f, p, len, highest(p, len));
-    expectOne("Min_64f", zppsMin_64f, zppsMinIndx_64f, p, len, lowest(p, len));
+    expectOne(greater, zppsMax_64f, zppsMaxIndx_64f, p, len);
+    expectOne(less, zppsMin_64f, zppsMinIndx_64f, p, len);
     expectBoth(zppsMinMax_64f, zppsMinMaxIndx_64f, p, len);
 }
 void expectExtremes(const Zpp32s* p, int len) { expectBoth(zppsMinMax_32s, zppsMinMaxIndx_32s, p, len); }
@@ -114,8 +105,8 @@ TEST_P(Extremes, AreWhatOneElementAfterTheOtherGives) {
 template <class T>
 void expectFoundAnywhere(const T& other) {
     for (const int len : {1, 2, 7, 16, 37, 70, 131, 270, 530})
-        for (int first = 0; first < len; first += 1 + len / 60)
-            for (const int second : {first, first + 3, first + 90}) {
+        for (int first = 0; first < len; first += 1 + len / 30)
+            for (const int second : {first + 3, first + 90}) {
                 Guarded<T> src(std::vector<T>(static_cast<std::size_t>(len), T{1}));
                 for (const int i : {first, second})
                     if (i < len) std::memcpy(&src[i], &other, sizeof other);
@@ -183,9 +174,9 @@ void expectOrder(ZppStatus (*call)(const T*, int, int*), const std::vector<T>& v
     Guarded<T> src(values);
     Order actual = {INT_MIN, zppStatusOk};
     actual.status = call(src, src.len(), &actual.order);
-    EXPECT_EQ(actual, expected) << "order " << actual.order << ", status " << actual.status << " of "
-                                << values.size() << " elements, expected " << expected.order << ", "
-                                << expected.status << "; the first is " << shown(values[0]);
+    EXPECT_TRUE(actual == expected) << actual.order << ", status " << actual.status << ", expected "
+                                    << expected.order << ", status " << expected.status << ", of "
+                                    << values.size() << " elements, the first " << shown(values[0]);
 }
 
 TEST_P(Extremes, HaveAnOrder) {
@@ -198,11 +189,9 @@ TEST_P(Extremes, HaveAnOrder) {
             expectOrder(zppsMaxOrder_32s, ints, stated(ints));
             expectOrder(zppsMaxOrder_64f, reals, stated(reals));
         }
-    for (int bit = 0; bit < 32; ++bit) {
-        expectOrder<Zpp32s>(zppsMaxOrder_32s, {static_cast<Zpp32s>(1u << bit)}, {bit + 1, zppStatusOk});
-        expectOrder<Zpp32s>(zppsMaxOrder_32s, std::vector<Zpp32s>(70, -1 - (INT_MAX >> bit)),
-                            {32 - bit, zppStatusOk});
-    }
+    for (int bit = 0; bit < 32; ++bit)
+        expectOrder(zppsMaxOrder_32s, std::vector<Zpp32s>(70, -1 - (INT_MAX >> bit)),
+                    {32 - bit, zppStatusOk});
     expectOrder<Zpp32s>(zppsMaxOrder_32s, {0, 0}, {0, zppStatusOk});
     const struct {
         std::vector<double> values;
