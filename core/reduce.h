@@ -52,7 +52,7 @@ ZPP_INLINE void reduceBlocks(V* running, size_t j, size_t end, size_t stride, Te
     for (int r = 0; r < R; ++r) registers[r] = running[r];
     for (; j < end; j += stride)
 #pragma GCC unroll 32
-        for (int r = 0; r < R; ++r) registers[r] = combine(registers[r], terms(j + r));
+        for (size_t r = 0; r < R; ++r) registers[r] = combine(registers[r], terms(j + r));
 #pragma GCC unroll 32
     for (int r = 0; r < R; ++r) running[r] = registers[r];
 }
@@ -105,7 +105,7 @@ ZPP_INLINE void foldHalves(V* running, Combine combine) {
 // Folded until `Left` numbers are left, in a register of N or more, or beside each other as a complex number.
 template <int N, int Left, int R, class V, class Combine>
 ZPP_INLINE auto foldRegisters(V (&running)[R], Combine combine) {
-    foldHalves<R, (Left > N ? Left : 1)>(running, combine);
+    foldHalves<R, (Left + N - 1) / N>(running, combine);
     if constexpr (Left > N)
         return Complex<V>{running[0], running[1]};
     else
