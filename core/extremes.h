@@ -52,6 +52,15 @@ struct Extreme {
     size_t begin, count;
 };
 
+// N elements. Integers need not be aligned; of a double a build without SSE2 would copy the bytes by halves.
+template <int N, class T>
+ZPP_INLINE Vec<T, N> loadAny(const T* p) {
+    if constexpr (N == 1 && std::is_floating_point_v<T>)
+        return *p;
+    else
+        return load<Vec<T, N>>(p);
+}
+
 template <class Kind, class T>
 inline size_t indexOf(const T* p, const Extreme<Kind, T>& extreme) {
     if (extreme.count == 1) return extreme.begin;
@@ -68,7 +77,7 @@ inline size_t indexOf(const T* p, const Extreme<Kind, T>& extreme) {
             if (lanes != 0) return i + static_cast<size_t>(__builtin_ctz(lanes));
         }
     }
-    while (i + 1 < end && load<T>(p + i) != extreme.value) ++i;
+    while (i + 1 < end && loadAny<1>(p + i) != extreme.value) ++i;
     return i;
 }
 
@@ -94,7 +103,7 @@ class Running {
     // The registers from p on.
     ZPP_INLINE explicit Running(const T* p) {
 #pragma GCC unroll 8
-        for (int i = 0; i < kCount; ++i) best_[i] = Kind::key(load<V>(p + i * N));
+        for (int i = 0; i < kCount; ++i) best_[i] = Kind::key(loadAny<N>(p + i * N));
     }
     ZPP_INLINE void take(int i, V x) {
         V& best = best_[i % kCount];
@@ -162,8 +171,8 @@ ZPP_INLINE void takeRegisters(const T* p, NanWatch<Vec<T, N>>& watch, R&... runn
     using V = Vec<T, N>;
 #pragma GCC unroll 16
     for (int i = 0; i < kCount; i += 2) {
-        const V a = load<V>(p + i * N);
-        const V b = kCount == 1 ? a : load<V>(p + (i + 1) * N);
+        const V a = loadAny<N>(p + i * N);
+        const V b = kCount == 1 ? a : loadAny<N>(p + (i + 1) * N);
         if constexpr (std::is_same_v<T, double>) watch.look(a, b);
         if (i >= kTaken) (running.take(i, a), ...);
         if (i + 1 >= kTaken && kCount > 1) (running.take(i + 1, b), ...);
@@ -172,14 +181,15 @@ ZPP_INLINE void takeRegisters(const T* p, NanWatch<Vec<T, N>>& watch, R&... runn
 
 template <int N, int kCount, class T, class... Kind>
 ZPP_INLINE bool findAnywhere(const T* p, size_t len, Extreme<Kind, T>&... extremes) {
-    constexpr int kRunning = kCount < 8 ? 1 : 8 / sizeof...(Kind);
+    constexpr int kMost = (kRegisters < 16 ? 4 : 8) / sizeof...(Kind),
+                  kRunning = kCount < kMost ? kCount : kMost;
     NanWatch<Vec<T, N>> watch;
     const auto find = [&](auto... running) ZPP_INLINE_LAMBDA {
         forEachBlock<kCount * N>(
             len, [&](size_t i) ZPP_INLINE_LAMBDA { takeRegisters<N, kCount>(p + i, watch, running...); });
         ((extremes = {firstLane(bestOfLanes<Kind>(running.folded())), 0, len}), ...);
     };
-    find(Running<Kind, T, N, kRunning>(broadcast<Vec<T, N>>(load<T>(p)))...);
+    find(Running<Kind, T, N, kRunning>(broadcast<Vec<T, N>>(loadAny<1>(p)))...);
     return watch.met();
 }
 
@@ -192,7 +202,7 @@ template <int N, class T, class... Kind>
 ZPP_INLINE bool findBlocks(const T* p, size_t len, Extreme<Kind, T>&... extremes) {
     constexpr bool passesNans = std::is_same_v<T, double> && sizeof...(Kind) == 1;
     constexpr int kRunning = 4, kTaken = passesNans ? 0 : kRunning;
-    const auto first = broadcast<Vec<T, N>>(load<T>(p));
+    const auto first = broadcast<Vec<T, N>>(loadAny<1>(p));
     NanWatch<Vec<T, N>> watch;
     const auto find = [&](auto... best) ZPP_INLINE_LAMBDA {
         forEachBlock<kSearched * N>(len, [&](size_t i) ZPP_INLINE_LAMBDA {
@@ -218,6 +228,7 @@ ZPP_INLINE bool findExtremes(const T* p, size_t len, Extreme<Kind, T>&... extrem
         if constexpr (kIndexed)
             if (len >= 2 * kSearched * n) return findBlocks<n>(p, len, extremes...);
         if (len >= 8 * n) return findAnywhere<n, 8>(p, len, extremes...);
+        if (len >= 2 * n) return findAnywhere<n, 2>(p, len, extremes...);
         if (len >= n) return findAnywhere<n, 1>(p, len, extremes...);
     }
     return findAnywhere<1, 1>(p, len, extremes...);
