@@ -6,9 +6,9 @@
 //     indexOf(p, low)                              the first element that is the extreme
 //     copyTo(dst, p, high)                         its bytes
 //
-// Element 0 must not be a NaN. Of one kind NaNs are passed over; of both, findExtremes returns whether there
-// is one, and then nothing is found. The vector is covered by blocks, the last of which may overlap the one
-// before: an element may be looked at twice.
+// findExtremes returns whether there is a NaN. Of one kind NaNs are passed over; of both nothing is found
+// then, nor where element 0 is one, which with kIndexed it must not be. The vector is covered by blocks, the
+// last of which may overlap the one before: an element may be looked at twice.
 #pragma once
 
 #include "core/checks.h"
@@ -165,7 +165,7 @@ ZPP_INLINE void forEachBlock(size_t len, TakeBlock takeBlock) {
     }
 }
 
-// Of which the running extremes have the first kTaken already.
+// kCount registers from p on, of which the running extremes hold the first kTaken already.
 template <int N, int kCount, int kTaken = 0, class T, class... R>
 ZPP_INLINE void takeRegisters(const T* p, NanWatch<Vec<T, N>>& watch, R&... running) {
     using V = Vec<T, N>;
