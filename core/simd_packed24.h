@@ -174,7 +174,7 @@ ZPP_INLINE void storePacked(uint8_t* p, Halves<Vec<int32_t, 16>> v) {
     const __m512i first = _mm512_setr_epi32(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 16, 17, 18, 20);
     const __m512i rest = _mm512_setr_epi32(5, 6, 8, 9, 10, 12, 13, 14, 0, 0, 0, 0, 0, 0, 0, 0);
     store(p, _mm512_permutex2var_epi32(low, first, high));
-    store(p + 64, _mm512_castsi512_si256(_mm512_maskz_permutexvar_epi32(kAllLanes, rest, high)));
+    store(p + 64, lowHalf(bitCast<Vec<int64_t>>(_mm512_maskz_permutexvar_epi32(kAllLanes, rest, high))));
 }
 #endif
 template <bool spare = false, class V>
@@ -182,4 +182,5 @@ ZPP_INLINE void storePacked(uint8_t* p, Halves<V> v) {
     storePacked<true>(p, v.low);
     storePacked<spare>(p + sizeof(v) * 3 / 8, v.high);
 }
+
 }  // namespace zpp::ZPP_ISA
