@@ -165,10 +165,10 @@ TEST_P(Floating, DividesByZeroWithoutRaisingTheFlag) {
         EXPECT_TRUE(sameBits(firstOf(results), dstc.values())) << n;
     }
     for (const std::size_t n : {1, 40}) {  // integers are divided as doubles
-        const std::vector<Zpp32s> zeros(n, 0);
-        std::vector<Zpp32s> numbers(n, 7);
+        const std::vector<Zpp32s> none(n, 0);
+        std::vector<Zpp32s> sevens(n, 7);
         clearFlags();
-        EXPECT_EQ(zppsDiv_32s_ISfs(zeros.data(), numbers.data(), static_cast<int>(n), 0), zppStatusDivByZero);
+        EXPECT_EQ(zppsDiv_32s_ISfs(none.data(), sevens.data(), static_cast<int>(n), 0), zppStatusDivByZero);
         EXPECT_FALSE(dividedByZero()) << n;
     }
     Zpp64fc number{1, 2};  // the flag is raised where it is said to be
