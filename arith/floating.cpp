@@ -64,10 +64,22 @@ struct Divide {
     }
 };
 
-template <class T>
-inline ZppStatus divide(const T* pDivisor, const T* pDividend, T* pDst, int len) {
+inline ZppStatus divide(const Zpp64f* pDivisor, const Zpp64f* pDividend, Zpp64f* pDst, int len) {
     bool zeroMet = false;
     const ZppStatus error = elementwise(Divide{&zeroMet}, pDst, len, pDivisor, pDividend);
+    return zeroMet ? zppStatusDivByZero : error;
+}
+
+inline ZppStatus divide(const Zpp64fc* pDivisor, const Zpp64fc* pDividend, Zpp64fc* pDst, int len) {
+    bool zeroMet = false;
+    const ZppStatus error = elementwiseSteps<kLanes<double>>(
+        [op = Divide{&zeroMet}](auto lanes, const Zpp64fc* divisor, const Zpp64fc* dividend)
+            ZPP_INLINE_LAMBDA {
+                constexpr int n = decltype(lanes)::value;
+                return op(loadComplex<n>(&divisor->re), loadComplex<n>(&dividend->re));
+            },
+        [](Zpp64fc* p, auto v) ZPP_INLINE_LAMBDA { storeComplex(&p->re, v); }, pDst, len, pDivisor,
+        pDividend);
     return zeroMet ? zppStatusDivByZero : error;
 }
 

@@ -1,6 +1,6 @@
-// Complex numbers as a register of real and one of imaginary parts: of single elements or of vectors. Sums
-// and products are the elementary formulas with each operation rounded to double, so that every build gives
-// the same bits.
+// Complex numbers in registers: as one of real and one of imaginary parts (Complex), of single elements or of
+// vectors, or as they stand in memory (Pairs). Sums and products are the elementary formulas with each
+// operation rounded to double, so that every build and both forms give the same bits.
 #pragma once
 
 #include "core/precision.h"
@@ -85,6 +85,94 @@ ZPP_INLINE void storeComplex(T* p, Complex<V> v) {
         storeFromDoubles(p, evenLanes(v.re, v.im));
         storeFromDoubles(p + n, oddLanes(v.re, v.im));
     }
+}
+
+// A register of complex numbers in the order of memory. What is done to both parts alike needs no shuffles,
+// and a product fewer of them than between loadComplex and storeComplex. A quotient would need two divisions
+// for each element.
+template <class V>
+struct Pairs {
+    V v;
+};
+
+// N complex numbers from memory. Without vectors a single number is a Complex<double>.
+template <int N>
+ZPP_INLINE auto loadPairs(const double* p) {
+    if constexpr (kVectorBytes == 0)
+        return Complex<double>{p[0], p[1]};
+    else
+        return Pairs<Vec<double, 2 * N>>{load<Vec<double, 2 * N>>(p)};
+}
+
+ZPP_INLINE void storePairs(double* p, Complex<double> z) {
+    p[0] = z.re;
+    p[1] = z.im;
+}
+template <class V>
+ZPP_INLINE void storePairs(double* p, Pairs<V> z) {
+    store(p, z.v);
+}
+
+template <class V>
+ZPP_INLINE void streamPairs(double* p, V z) {
+    if constexpr (kVectorBytes == 0)
+        storePairs(p, z);
+    else
+        stream(p, z.v);
+}
+
+template <class V>
+ZPP_INLINE V pairsOf(double re, double im) {
+    return repeated<V>(Vec<double, 2>{re, im});
+}
+
+template <class V>
+ZPP_INLINE Pairs<V> operator+(Pairs<V> a, Pairs<V> b) {
+    return {a.v + b.v};
+}
+template <class V>
+ZPP_INLINE Pairs<V> operator+(Pairs<V> a, Complex<double> b) {
+    return {a.v + pairsOf<V>(b.re, b.im)};
+}
+template <class V>
+ZPP_INLINE Pairs<V> operator-(Pairs<V> a, Pairs<V> b) {
+    return {a.v - b.v};
+}
+template <class V>
+ZPP_INLINE Pairs<V> operator-(Pairs<V> a, Complex<double> b) {
+    return {a.v - pairsOf<V>(b.re, b.im)};
+}
+template <class V>
+ZPP_INLINE Pairs<V> operator-(Complex<double> a, Pairs<V> b) {
+    return {pairsOf<V>(a.re, a.im) - b.v};
+}
+
+// (a.re b.re, a.re b.im) less and plus (a.im b.im, a.im b.re)
+template <class V>
+ZPP_INLINE Pairs<V> product(Pairs<V> a, Pairs<V> b) {
+    const V y = pinned(b.v);
+    return {subtractAdd(evenTwice(a.v) * y, oddTwice(a.v) * swapPairs(y))};
+}
+// (a.re b.re, a.im b.re) plus and less (a.im b.im, a.re b.im)
+template <class V>
+ZPP_INLINE Pairs<V> productConj(Pairs<V> a, Pairs<V> b) {
+    const V x = pinned(a.v);
+    return {addSubtract(x * evenTwice(b.v), swapPairs(x) * oddTwice(b.v))};
+}
+// The sign of a difference is in the constant.
+template <class V>
+ZPP_INLINE Pairs<V> product(Pairs<V> a, Complex<double> b) {
+    const V x = pinned(a.v);
+    return {x * b.re + swapPairs(x) * pairsOf<V>(-b.im, b.im)};
+}
+template <class V>
+ZPP_INLINE Pairs<V> productConj(Pairs<V> a, Complex<double> b) {
+    const V x = pinned(a.v);
+    return {x * b.re + swapPairs(x) * pairsOf<V>(b.im, -b.im)};
+}
+template <class V>
+ZPP_INLINE Pairs<V> product(Pairs<V> a, double scale) {
+    return {a.v * scale};
 }
 
 // A vector of loadComplex with its lanes in the order of memory.

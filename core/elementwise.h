@@ -37,8 +37,14 @@ ZPP_INLINE ZppStatus elementwiseSteps(Compute compute, Put put, D* pDst, int len
 
 template <class Op, class D, class... S>
 ZPP_INLINE ZppStatus elementwise(Op op, D* pDst, int len, const S*... pSrc) {
-    if (const ZppStatus error = checkVectors(len, pSrc..., pDst)) return error;
-    map(pDst, static_cast<size_t>(len), op, pSrc...);
+    if (const ZppStatus error = checkVectors(len, pSrc..., pDst)) [[unlikely]]
+        return error;
+    const size_t count = static_cast<size_t>(len);
+    if (isStreamed(pDst, count * sizeof(D), pSrc...)) [[unlikely]] {
+        mapStreamed(pDst, count, op, pSrc...);
+        return zppStatusOk;
+    }
+    map(pDst, count, op, pSrc...);
     return zppStatusOk;
 }
 

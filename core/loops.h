@@ -4,9 +4,8 @@
 //
 // A step is what a loop takes at once. A full step fills a register of every operand (kStep, kStep32
 // elements); of a vector that is shorter than that, each step takes one element. A loop is unrolled by hand
-// (#pragma GCC unroll) in two cases: to keep an array of registers in registers, for which its indices must
-// be constants; and here, twice, which halves the cost of counting where an operation is little more than
-// loads and a store.
+// in two cases: to keep an array of registers in registers, for which its indices must be constants (#pragma
+// GCC unroll); and here, where it lessens the cost of counting, and lets loads and stores go in groups.
 //
 // A lambda is a ZPP_INLINE_LAMBDA where it is called for every step and its body is more than an operator or
 // two: a call would cost more than the step. What is called once for a vector is left to the compiler.
@@ -16,20 +15,19 @@
 
 namespace zpp::ZPP_ISA {
 
-// How many elements of T a step takes, in registers of T: one of them, or for complex numbers one of real and
-// one of imaginary parts. Complex integers come with their parts beside each other in one register, or,
-// single ones, as Halves.
+// How many elements of T a step takes: as many as fill a register. Complex integers come with their parts beside
+// each other in one register, or, single ones, as Halves.
 template <class T>
 inline constexpr int kStep = kLanes<T>;
 template <>
-inline constexpr int kStep<Zpp64fc> = kLanes<double>;
+inline constexpr int kStep<Zpp64fc> = kVectorBytes == 0 ? 1 : kLanes<double> / 2;
 template <>
 inline constexpr int kStep<Zpp32sc> = kLanes<int64_t>;
 
 template <int N, class T>
 ZPP_INLINE auto loadElements(const T* p) {
     if constexpr (std::is_same_v<T, Zpp64fc>)
-        return loadComplex<N>(&p->re);
+        return loadPairs<N>(&p->re);
     else if constexpr (std::is_same_v<T, Zpp32sc> && N == 1)
         return halves(p->re, p->im);
     else if constexpr (std::is_same_v<T, Zpp32sc>)
@@ -41,9 +39,17 @@ ZPP_INLINE auto loadElements(const T* p) {
 template <class T, class V>
 ZPP_INLINE void storeElements(T* p, V v) {
     if constexpr (std::is_same_v<T, Zpp64fc>)
-        storeComplex(&p->re, v);
+        storePairs(&p->re, v);
     else
         store(p, v);
+}
+
+template <class T, class V>
+ZPP_INLINE void streamElements(T* p, V v) {
+    if constexpr (std::is_same_v<T, Zpp64fc>)
+        streamPairs(&p->re, v);
+    else
+        stream(p, v);
 }
 
 // One element as an operand for registers of type V.
@@ -76,24 +82,56 @@ using Lanes = std::integral_constant<int, N>;
 //
 // The first and the last step may share elements with their neighbours, so that the steps between begin where
 // `dst` is aligned and no element is left over. Their values are computed before anything is put and put
-// after all else, which makes this right in place as well.
+// after all else, which makes this right in place as well. Of the steps between, four are taken at once, each
+// a register, computed before they are put; or two of larger ones.
 template <int N, class Compute, class Put>
 ZPP_INLINE void forEachStep(size_t len, const void* dst, size_t elementSize, Compute compute, Put put) {
     const DoublePrecision precision;
-    if constexpr (N > 1) {
-        constexpr Lanes<N> lanes;
-        if (len >= N) {
-            const auto first = compute(lanes, 0);
-            const auto last = compute(lanes, len - N);
+    constexpr Lanes<N> lanes;
+    using Value = decltype(compute(lanes, 0));
+    if constexpr (N > 1 || (kVectorBytes > 0 && sizeof(Value) == kVectorBytes)) {
+        if (len >= N) [[likely]] {
+            const Value first = compute(lanes, 0);
+            const Value last = compute(lanes, len - N);
             size_t i = N - reinterpret_cast<uintptr_t>(dst) / elementSize % N;
-#pragma GCC unroll 2
-            for (; i + N < len; i += N) put(lanes, i, compute(lanes, i));
+            if constexpr (sizeof(Value) <= kVectorBytes)
+                for (; i + 4 * N <= len; i += 4 * N) {
+                    const size_t at = opaque(i);
+                    const Value a = compute(lanes, at), b = compute(lanes, at + N);
+                    const Value c = compute(lanes, at + 2 * N), d = compute(lanes, at + 3 * N);
+                    put(lanes, at, a);
+                    keepStoreOrder();
+                    put(lanes, at + N, b);
+                    keepStoreOrder();
+                    put(lanes, at + 2 * N, c);
+                    keepStoreOrder();
+                    put(lanes, at + 3 * N, d);
+                }
+            else
+                for (; i + 2 * N <= len; i += 2 * N) {
+                    const size_t at = opaque(i);
+                    put(lanes, at, compute(lanes, at));
+                    put(lanes, at + N, compute(lanes, at + N));
+                }
+            for (; i + N < len; i += N) {
+                const size_t at = opaque(i);
+                put(lanes, at, compute(lanes, at));
+            }
             put(lanes, 0, first);
             put(lanes, len - N, last);
             return;
         }
     }
     for (size_t i = 0; i < len; ++i) put(Lanes<1>{}, i, compute(Lanes<1>{}, i));
+}
+
+// Results of so many bytes are stored past the caches, unless they are put where a source is: they would not
+// stay there until they are read, and each line of them would first be read from memory.
+inline constexpr size_t kStreamedBytes = size_t{16} << 20;
+
+template <class... S>
+ZPP_INLINE bool isStreamed([[maybe_unused]] const void* dst, size_t bytes, const S*... src) {
+    return kVectorBytes > 0 && bytes >= kStreamedBytes && (... && (src != dst));
 }
 
 // dst[i] = op(src[i]...) for i = 0 .. len-1.
@@ -103,6 +141,16 @@ ZPP_INLINE void map(D* dst, size_t len, Op op, const S*... src) {
         len, dst, sizeof(D),
         [=](auto lanes, size_t i) { return op(loadElements<decltype(lanes)::value>(src + i)...); },
         [=](auto, size_t i, auto v) { storeElements(dst + i, v); });
+}
+
+// The same for a result that is streamed. Not inlined: a short call would pay for what it keeps on the stack.
+template <class Op, class D, class... S>
+[[gnu::noinline]] void mapStreamed(D* dst, size_t len, Op op, const S*... src) {
+    forEachStep<kStep<D>>(
+        len, dst, sizeof(D),
+        [=](auto lanes, size_t i) { return op(loadElements<decltype(lanes)::value>(src + i)...); },
+        [=](auto, size_t i, auto v) { streamElements(dst + i, v); });
+    streamFence();
 }
 
 }  // namespace zpp::ZPP_ISA

@@ -5,10 +5,17 @@
 
 namespace zpp::ZPP_ISA {
 
+inline constexpr auto identity = [](auto v) { return v; };
+
 // Nothing is written where source and destination are the same.
 template <class T>
 inline void copyElements(const T* src, T* dst, size_t len) {
-    if (src != dst) memcpy(dst, src, len * sizeof(T));
+    if (src == dst) return;
+    const size_t bytes = len * sizeof(T);
+    if (isStreamed(dst, bytes)) [[unlikely]]
+        return mapStreamed(reinterpret_cast<uint8_t*>(dst), bytes, identity,
+                           reinterpret_cast<const uint8_t*>(src));
+    memcpy(dst, src, bytes);
 }
 
 // The same for vectors that may overlap.
@@ -22,18 +29,29 @@ inline void zeroElements(T* dst, size_t len) {
     memset(static_cast<void*>(dst), 0, len * sizeof(T));
 }
 
-// Every element = val, by its bytes: as vectors that hold val as often as they can. The value comes by
-// reference, and its copies are integers, so that it never passes through a floating register, where x87
-// would quieten a NaN.
+// Every element = val, by its bytes. The value comes by reference, and its copies are integers, so that it
+// never passes through a floating register, where x87 would quieten a NaN.
 template <class T>
 inline void fillElements(const T& val, T* dst, size_t len) {
-    constexpr int words = sizeof(T) / sizeof(uint32_t);
-    constexpr int n = kLanes < uint32_t >> words ? kLanes<uint32_t> / words : 1;
-    uint32_t pattern[n * words];
-    for (int i = 0; i < n; ++i) memcpy(pattern + i * words, &val, sizeof val);
+    using Word = std::conditional_t<sizeof(T) == sizeof(uint32_t), uint32_t, uint64_t>;
+    constexpr int words = sizeof(T) / sizeof(Word);
+    constexpr int n = kLanes < Word >> words ? kLanes<Word> / words : 1;
+    const auto one = load<Vec<Word, words>>(&val);
+    auto filled = Vec<Word, n * words>{};
+    if constexpr (words == 1)
+        filled = pinned(broadcast<Vec<Word, n>>(one));
+    else if constexpr (kVectorBytes > 0)
+        filled = pinned(repeated<Vec<Word, n * words>>(Vec<Word, 2>{one[0], one[1]}));
+    else
+        filled = one;
     forEachStep<n>(
         len, dst, sizeof(T),
-        [&](auto lanes, size_t) { return load<Vec<uint32_t, decltype(lanes)::value * words>>(pattern); },
+        [=](auto lanes, size_t) {
+            if constexpr (decltype(lanes)::value == n)
+                return filled;
+            else
+                return one;
+        },
         [=](auto, size_t i, auto v) { store(dst + i, v); });
 }
 

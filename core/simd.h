@@ -101,10 +101,50 @@ ZPP_INLINE void store(T* p, V v) {
     __builtin_memcpy(p, &v, sizeof v);
 }
 
+// As store, but past the caches where p is aligned for it. The other threads see it after streamFence().
+template <class V, class T>
+ZPP_INLINE void stream(T* p, V v) {
+#ifdef __SSE2__
+    if (reinterpret_cast<uintptr_t>(p) % sizeof v == 0) {
+#ifdef __AVX512F__
+        if constexpr (sizeof v == 64)
+            return _mm512_stream_si512(reinterpret_cast<__m512i*>(p), __builtin_bit_cast(__m512i, v));
+#endif
+#ifdef __AVX2__
+        if constexpr (sizeof v == 32)
+            return _mm256_stream_si256(reinterpret_cast<__m256i*>(p), __builtin_bit_cast(__m256i, v));
+#endif
+        if constexpr (sizeof v == 16)
+            return _mm_stream_si128(reinterpret_cast<__m128i*>(p), __builtin_bit_cast(__m128i, v));
+    }
+#endif
+    store(p, v);
+}
+ZPP_INLINE void streamFence() {
+#ifdef __SSE2__
+    _mm_sfence();
+#endif
+}
+
 // Every lane = x.
 template <class V, class T>
 ZPP_INLINE V broadcast(T x) {
     return x - V{};  // and not x + V{}, which would lose the sign of -0
+}
+
+// A vector of 16 bytes, as often as V holds it. GCC 12 makes a 512-bit register of a shuffle in memory.
+template <class V, class Part>
+ZPP_INLINE V repeated(Part part) {
+    static_assert(sizeof part == 16 && sizeof(V) % 16 == 0);
+#ifdef __AVX512F__
+    if constexpr (sizeof(V) == 64)
+        return __builtin_bit_cast(V, _mm512_maskz_broadcast_i64x2(0xFF, __builtin_bit_cast(__m128i, part)));
+#endif
+#ifdef __AVX2__
+    if constexpr (sizeof(V) == 32)
+        return __builtin_bit_cast(V, _mm256_broadcastsi128_si256(__builtin_bit_cast(__m128i, part)));
+#endif
+    if constexpr (sizeof(V) == 16) return __builtin_bit_cast(V, part);
 }
 
 // The bits of v as another type of the same size.
@@ -161,6 +201,13 @@ ZPP_INLINE V shiftRight(V v, int count) {
     else
 #endif
         return v >> count;
+}
+
+// Exclusive or of the bits.
+template <class V>
+ZPP_INLINE V exclusiveOr(V a, V b) {
+    using Bits = Vec<uint64_t, sizeof(V) / sizeof(uint64_t)>;
+    return bitCast<V>(bitCast<Bits>(a) ^ bitCast<Bits>(b));
 }
 
 // Lane by lane a where the comparison held, b elsewhere.
@@ -294,6 +341,17 @@ ZPP_INLINE void inMemory(T (&array)[N]) {
     __asm__("" : "+m"(array));
 }
 
+// The index i, about which a compiler knows nothing from here on. GCC 12 otherwise makes a pointer of its own
+// for each vector that a loop walks through, and takes longer to prepare them than a short loop takes.
+ZPP_INLINE size_t opaque(size_t i) {
+    __asm__("" : "+r"(i));
+    return i;
+}
+
+// Stores stay on their side of it. GCC 12 otherwise stores a block in another order than it is written in,
+// which takes twice as long where the stores go beyond the first cache: lines are taken in turns.
+ZPP_INLINE void keepStoreOrder() { __asm__ volatile("" ::: "memory"); }
+
 // Lanes of the concatenation of a and b, chosen by index.
 template <int... I, class V>
 ZPP_INLINE V shuffle(V a, V b) {
@@ -366,15 +424,46 @@ ZPP_INLINE V swapPairs(V v) {
         return shuffle<1, 0>(v, v);
 }
 
-// a - b in the even lanes, a + b in the odd ones.
+// The even lanes of v, each twice, and the odd ones: (re, re) and (im, im) for (re, im). GCC makes a shuffle
+// of the first even where a load can do it.
+template <class V>
+ZPP_INLINE V evenTwice(V v) {
+#ifdef __AVX512F__
+    if constexpr (sizeof(V) == 64) return _mm512_maskz_movedup_pd(0xFF, v);
+#endif
+#ifdef __AVX2__
+    if constexpr (sizeof(V) == 32) return _mm256_movedup_pd(v);
+#endif
+    return evenLanes(v, v);
+}
+template <class V>
+ZPP_INLINE V oddTwice(V v) {
+    return oddLanes(v, v);
+}
+
+// a - b in the even lanes, a + b in the odd ones. A fused operation with 1 rounds as the sum does.
 template <class V>
 ZPP_INLINE V subtractAdd(V a, V b) {
-    if constexpr (sizeof(V) == 64)
-        return shuffle<0, 9, 2, 11, 4, 13, 6, 15>(a - b, a + b);
-    else if constexpr (sizeof(V) == 32)
-        return shuffle<0, 5, 2, 7>(a - b, a + b);
-    else
-        return shuffle<0, 3>(a - b, a + b);
+#ifdef __AVX512F__
+    if constexpr (sizeof(V) == 64) return _mm512_fmaddsub_pd(a, broadcast<V>(1.0), b);
+#endif
+#ifdef __AVX2__
+    if constexpr (sizeof(V) == 32) return _mm256_addsub_pd(a, b);
+    if constexpr (sizeof(V) == 16) return _mm_addsub_pd(a, b);
+#endif
+    return a + exclusiveOr(b, repeated<V>(Vec<double, 2>{-0.0, 0.0}));
+}
+// a + b in the even lanes, a - b in the odd ones.
+template <class V>
+ZPP_INLINE V addSubtract(V a, V b) {
+#ifdef __FMA__
+    if constexpr (sizeof(V) == 16) return _mm_fmsubadd_pd(a, broadcast<V>(1.0), b);
+    if constexpr (sizeof(V) == 32) return _mm256_fmsubadd_pd(a, broadcast<V>(1.0), b);
+#endif
+#ifdef __AVX512F__
+    if constexpr (sizeof(V) == 64) return _mm512_fmsubadd_pd(a, broadcast<V>(1.0), b);
+#endif
+    return a + exclusiveOr(b, repeated<V>(Vec<double, 2>{0.0, -0.0}));
 }
 
 // The pairs in reverse order.

@@ -75,11 +75,13 @@ ZppStatus zppsZero_64fc(Zpp64fc* pDst, int len) { return zero(pDst, len); }
 ZppStatus zppsFlip_64f(const Zpp64f* pSrc, Zpp64f* pDst, int len) {
     if (const ZppStatus error = checkVectors(len, pSrc, pDst)) return error;
     const size_t count = static_cast<size_t>(len);
+    const uintptr_t end = reinterpret_cast<uintptr_t>(pSrc + count);
     forEachStep<kLanes<uint64_t>>(
         count, pDst, sizeof(Zpp64f),
         [=](auto lanes, size_t i) {
             constexpr size_t n = decltype(lanes)::value;
-            return reverseLanes(load<Vec<uint64_t, n>>(pSrc + (count - n - i)));
+            return reverseLanes(
+                load<Vec<uint64_t, n>>(reinterpret_cast<const Zpp64f*>(end - (i + n) * sizeof(Zpp64f))));
         },
         [=](auto, size_t i, auto v) { store(pDst + i, v); });
     return zppStatusOk;

@@ -80,6 +80,19 @@ TEST_P(Floating, AddsProducts) {
                                                     sumWithProduct<Zpp64fc>);
 }
 
+// Results of 16 MiB and more are stored past the caches, but for the ends, which are not aligned for that.
+TEST_P(Floating, StoresLongResults) {
+    const auto words = Random(3).reals((1 << 21) + 5);
+    expectRow<double>("Add_64f", outOfPlace(zppsAdd_64f), sum, Lengths::kWhole, words, words);
+    const std::vector<Zpp64fc> pairs((1 << 20) + 3, {0.1, 0.7});
+    expectRow<Zpp64fc>("Mul_64fc", outOfPlace(zppsMul_64fc), product, Lengths::kWhole, pairs, pairs);
+    const auto addZero = [](const double* src, double* dst, int len) {
+        return zppsAddC_64f(src, 0, dst, len);
+    };
+    expectRow<double>(
+        "AddC_64f", outOfPlace(addZero), [](double x) { return x; }, Lengths::kWhole, words);
+}
+
 // Any digits, and an exponent near the given one.
 void drawNear(Random& random, int exponent, double& x) {
     x = std::ldexp(random.uniform(-1, 1), exponent + static_cast<int>(random.below(4)));
