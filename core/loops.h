@@ -94,28 +94,29 @@ ZPP_INLINE void forEachStep(size_t len, const void* dst, size_t elementSize, Com
             const Value first = compute(lanes, 0);
             const Value last = compute(lanes, len - N);
             size_t i = N - reinterpret_cast<uintptr_t>(dst) / elementSize % N;
-            if constexpr (sizeof(Value) <= kVectorBytes)
-                for (; i + 4 * N <= len; i += 4 * N) {
-                    const size_t at = opaque(i);
-                    const Value a = compute(lanes, at), b = compute(lanes, at + N);
-                    const Value c = compute(lanes, at + 2 * N), d = compute(lanes, at + 3 * N);
-                    put(lanes, at, a);
-                    keepStoreOrder();
-                    put(lanes, at + N, b);
-                    keepStoreOrder();
-                    put(lanes, at + 2 * N, c);
-                    keepStoreOrder();
-                    put(lanes, at + 3 * N, d);
+            if constexpr (sizeof(Value) <= kVectorBytes) {
+                if (len >= 4 * N)
+                    for (const size_t end = len - 4 * N; i <= end; i += 4 * N) {
+                        i = opaque(i);
+                        const Value a = compute(lanes, i), b = compute(lanes, i + N);
+                        const Value c = compute(lanes, i + 2 * N), d = compute(lanes, i + 3 * N);
+                        put(lanes, i, a);
+                        keepStoreOrder();
+                        put(lanes, i + N, b);
+                        keepStoreOrder();
+                        put(lanes, i + 2 * N, c);
+                        keepStoreOrder();
+                        put(lanes, i + 3 * N, d);
+                    }
+            } else if (len >= 2 * N)
+                for (const size_t end = len - 2 * N; i <= end; i += 2 * N) {
+                    i = opaque(i);
+                    put(lanes, i, compute(lanes, i));
+                    put(lanes, i + N, compute(lanes, i + N));
                 }
-            else
-                for (; i + 2 * N <= len; i += 2 * N) {
-                    const size_t at = opaque(i);
-                    put(lanes, at, compute(lanes, at));
-                    put(lanes, at + N, compute(lanes, at + N));
-                }
-            for (; i + N < len; i += N) {
-                const size_t at = opaque(i);
-                put(lanes, at, compute(lanes, at));
+            for (const size_t end = len - N; i < end; i += N) {
+                i = opaque(i);
+                put(lanes, i, compute(lanes, i));
             }
             put(lanes, 0, first);
             put(lanes, len - N, last);
