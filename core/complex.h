@@ -1,5 +1,5 @@
 // Complex numbers in registers: as one of real and one of imaginary parts (Complex), of single elements or of
-// vectors, or as they stand in memory (Pairs). Sums and products are the elementary formulas with each
+// vectors, or as they stand in memory (ComplexPairs). Sums and products are the elementary formulas with each
 // operation rounded to double, so that every build and both forms give the same bits.
 #pragma once
 
@@ -91,7 +91,7 @@ ZPP_INLINE void storeComplex(T* p, Complex<V> v) {
 // and a product fewer of them than between loadComplex and storeComplex. A quotient would need two divisions
 // for each element.
 template <class V>
-struct Pairs {
+struct ComplexPairs {
     V v;
 };
 
@@ -101,7 +101,7 @@ ZPP_INLINE auto loadPairs(const double* p) {
     if constexpr (kVectorBytes == 0)
         return Complex<double>{p[0], p[1]};
     else
-        return Pairs<Vec<double, 2 * N>>{load<Vec<double, 2 * N>>(p)};
+        return ComplexPairs<Vec<double, 2 * N>>{load<Vec<double, 2 * N>>(p)};
 }
 
 ZPP_INLINE void storePairs(double* p, Complex<double> z) {
@@ -109,7 +109,7 @@ ZPP_INLINE void storePairs(double* p, Complex<double> z) {
     p[1] = z.im;
 }
 template <class V>
-ZPP_INLINE void storePairs(double* p, Pairs<V> z) {
+ZPP_INLINE void storePairs(double* p, ComplexPairs<V> z) {
     store(p, z.v);
 }
 
@@ -127,51 +127,51 @@ ZPP_INLINE V pairsOf(double re, double im) {
 }
 
 template <class V>
-ZPP_INLINE Pairs<V> operator+(Pairs<V> a, Pairs<V> b) {
+ZPP_INLINE ComplexPairs<V> operator+(ComplexPairs<V> a, ComplexPairs<V> b) {
     return {a.v + b.v};
 }
 template <class V>
-ZPP_INLINE Pairs<V> operator+(Pairs<V> a, Complex<double> b) {
+ZPP_INLINE ComplexPairs<V> operator+(ComplexPairs<V> a, Complex<double> b) {
     return {a.v + pairsOf<V>(b.re, b.im)};
 }
 template <class V>
-ZPP_INLINE Pairs<V> operator-(Pairs<V> a, Pairs<V> b) {
+ZPP_INLINE ComplexPairs<V> operator-(ComplexPairs<V> a, ComplexPairs<V> b) {
     return {a.v - b.v};
 }
 template <class V>
-ZPP_INLINE Pairs<V> operator-(Pairs<V> a, Complex<double> b) {
+ZPP_INLINE ComplexPairs<V> operator-(ComplexPairs<V> a, Complex<double> b) {
     return {a.v - pairsOf<V>(b.re, b.im)};
 }
 template <class V>
-ZPP_INLINE Pairs<V> operator-(Complex<double> a, Pairs<V> b) {
+ZPP_INLINE ComplexPairs<V> operator-(Complex<double> a, ComplexPairs<V> b) {
     return {pairsOf<V>(a.re, a.im) - b.v};
 }
 
 // (a.re b.re, a.re b.im) less and plus (a.im b.im, a.im b.re)
 template <class V>
-ZPP_INLINE Pairs<V> product(Pairs<V> a, Pairs<V> b) {
+ZPP_INLINE ComplexPairs<V> product(ComplexPairs<V> a, ComplexPairs<V> b) {
     const V y = pinned(b.v);
     return {subtractAdd(evenTwice(a.v) * y, oddTwice(a.v) * swapPairs(y))};
 }
 // (a.re b.re, a.im b.re) plus and less (a.im b.im, a.re b.im)
 template <class V>
-ZPP_INLINE Pairs<V> productConj(Pairs<V> a, Pairs<V> b) {
+ZPP_INLINE ComplexPairs<V> productConj(ComplexPairs<V> a, ComplexPairs<V> b) {
     const V x = pinned(a.v);
     return {addSubtract(x * evenTwice(b.v), swapPairs(x) * oddTwice(b.v))};
 }
 // The sign of a difference is in the constant.
 template <class V>
-ZPP_INLINE Pairs<V> product(Pairs<V> a, Complex<double> b) {
+ZPP_INLINE ComplexPairs<V> product(ComplexPairs<V> a, Complex<double> b) {
     const V x = pinned(a.v);
     return {x * b.re + swapPairs(x) * pairsOf<V>(-b.im, b.im)};
 }
 template <class V>
-ZPP_INLINE Pairs<V> productConj(Pairs<V> a, Complex<double> b) {
+ZPP_INLINE ComplexPairs<V> productConj(ComplexPairs<V> a, Complex<double> b) {
     const V x = pinned(a.v);
     return {x * b.re + swapPairs(x) * pairsOf<V>(b.im, -b.im)};
 }
 template <class V>
-ZPP_INLINE Pairs<V> product(Pairs<V> a, double scale) {
+ZPP_INLINE ComplexPairs<V> product(ComplexPairs<V> a, double scale) {
     return {a.v * scale};
 }
 

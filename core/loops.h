@@ -15,8 +15,8 @@
 
 namespace zpp::ZPP_ISA {
 
-// How many elements of T a step takes: as many as fill a register. Complex integers come with their parts beside
-// each other in one register, or, single ones, as Halves.
+// How many elements of T a step takes: as many as fill a register. Complex integers come with their parts
+// beside each other in one register, or, single ones, as Halves.
 template <class T>
 inline constexpr int kStep = kLanes<T>;
 template <>
