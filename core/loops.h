@@ -77,14 +77,42 @@ ZPP_INLINE V inRegister(Zpp32sc val) {
 template <int N>
 using Lanes = std::integral_constant<int, N>;
 
+// The steps from i on, while they begin before `end`. An operation that leaves registers free takes them four
+// at once, computed before they are put.
+template <int N, bool kFourAtOnce, class Compute, class Put>
+ZPP_INLINE void takeSteps(size_t i, size_t end, Compute compute, Put put) {
+    constexpr Lanes<N> lanes;
+    if constexpr (kFourAtOnce) {
+        if (end >= 3 * N)
+            for (const size_t endOfFours = end - 3 * N; i <= endOfFours; i += 4 * N) {
+                i = opaque(i);
+                const auto a = compute(lanes, i), b = compute(lanes, i + N);
+                const auto c = compute(lanes, i + 2 * N), d = compute(lanes, i + 3 * N);
+                put(lanes, i, a);
+                keepStoreOrder();
+                put(lanes, i + N, b);
+                keepStoreOrder();
+                put(lanes, i + 2 * N, c);
+                keepStoreOrder();
+                put(lanes, i + 3 * N, d);
+            }
+        for (; i < end; i += N) {
+            i = opaque(i);
+            put(lanes, i, compute(lanes, i));
+        }
+    } else {
+#pragma GCC unroll 2
+        for (; i < end; i += N) put(lanes, i, compute(lanes, i));
+    }
+}
+
 // Covers the elements 0 .. len-1 by steps of N: put(lanes, i, compute(lanes, i)) for the `lanes` elements
 // from i on, with lanes = N, or 1 when len < N.
 //
 // The first and the last step may share elements with their neighbours, so that the steps between begin where
 // `dst` is aligned and no element is left over. Their values are computed before anything is put and put
-// after all else, which makes this right in place as well. Of the steps between, four are taken at once, each
-// a register, computed before they are put; or two of larger ones.
-template <int N, class Compute, class Put>
+// after all else, which makes this right in place as well.
+template <int N, bool kFourAtOnce = false, class Compute, class Put>
 ZPP_INLINE void forEachStep(size_t len, const void* dst, size_t elementSize, Compute compute, Put put) {
     const DoublePrecision precision;
     constexpr Lanes<N> lanes;
@@ -92,32 +120,10 @@ ZPP_INLINE void forEachStep(size_t len, const void* dst, size_t elementSize, Com
     if constexpr (N > 1 || (kVectorBytes > 0 && sizeof(Value) == kVectorBytes)) {
         if (len >= N) [[likely]] {
             const Value first = compute(lanes, 0);
+            if (len == N) return put(lanes, 0, first);
             const Value last = compute(lanes, len - N);
-            size_t i = N - reinterpret_cast<uintptr_t>(dst) / elementSize % N;
-            if constexpr (sizeof(Value) <= kVectorBytes) {
-                if (len >= 4 * N)
-                    for (const size_t end = len - 4 * N; i <= end; i += 4 * N) {
-                        i = opaque(i);
-                        const Value a = compute(lanes, i), b = compute(lanes, i + N);
-                        const Value c = compute(lanes, i + 2 * N), d = compute(lanes, i + 3 * N);
-                        put(lanes, i, a);
-                        keepStoreOrder();
-                        put(lanes, i + N, b);
-                        keepStoreOrder();
-                        put(lanes, i + 2 * N, c);
-                        keepStoreOrder();
-                        put(lanes, i + 3 * N, d);
-                    }
-            } else if (len >= 2 * N)
-                for (const size_t end = len - 2 * N; i <= end; i += 2 * N) {
-                    i = opaque(i);
-                    put(lanes, i, compute(lanes, i));
-                    put(lanes, i + N, compute(lanes, i + N));
-                }
-            for (const size_t end = len - N; i < end; i += N) {
-                i = opaque(i);
-                put(lanes, i, compute(lanes, i));
-            }
+            const size_t aligned = N - reinterpret_cast<uintptr_t>(dst) / elementSize % N;
+            takeSteps<N, kFourAtOnce>(aligned, len - N, compute, put);
             put(lanes, 0, first);
             put(lanes, len - N, last);
             return;
@@ -135,10 +141,14 @@ ZPP_INLINE bool isStreamed([[maybe_unused]] const void* dst, size_t bytes, const
     return kVectorBytes > 0 && bytes >= kStreamedBytes && (... && (src != dst));
 }
 
+// Integers have longer operations, for which four registers are too many.
+template <class D>
+inline constexpr bool kTakesFour = std::is_same_v<D, double> || std::is_same_v<D, Zpp64fc>;
+
 // dst[i] = op(src[i]...) for i = 0 .. len-1.
 template <class Op, class D, class... S>
 ZPP_INLINE void map(D* dst, size_t len, Op op, const S*... src) {
-    forEachStep<kStep<D>>(
+    forEachStep<kStep<D>, kTakesFour<D>>(
         len, dst, sizeof(D),
         [=](auto lanes, size_t i) { return op(loadElements<decltype(lanes)::value>(src + i)...); },
         [=](auto, size_t i, auto v) { storeElements(dst + i, v); });
@@ -147,7 +157,7 @@ ZPP_INLINE void map(D* dst, size_t len, Op op, const S*... src) {
 // The same for a result that is streamed. Not inlined: a short call would pay for what it keeps on the stack.
 template <class Op, class D, class... S>
 [[gnu::noinline]] void mapStreamed(D* dst, size_t len, Op op, const S*... src) {
-    forEachStep<kStep<D>>(
+    forEachStep<kStep<D>, kTakesFour<D>>(
         len, dst, sizeof(D),
         [=](auto lanes, size_t i) { return op(loadElements<decltype(lanes)::value>(src + i)...); },
         [=](auto, size_t i, auto v) { streamElements(dst + i, v); });

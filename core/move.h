@@ -44,7 +44,7 @@ inline void fillElements(const T& val, T* dst, size_t len) {
         filled = pinned(repeated<Vec<Word, n * words>>(Vec<Word, 2>{one[0], one[1]}));
     else
         filled = one;
-    forEachStep<n>(
+    forEachStep<n, true>(
         len, dst, sizeof(T),
         [=](auto lanes, size_t) {
             if constexpr (decltype(lanes)::value == n)

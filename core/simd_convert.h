@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/scale.h"
+#include "core/simd_shuffle.h"
 
 namespace zpp::ZPP_ISA {
 

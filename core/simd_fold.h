@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "core/simd.h"
+#include "core/simd_shuffle.h"
 
 namespace zpp::ZPP_ISA {
 

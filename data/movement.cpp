@@ -76,7 +76,7 @@ ZppStatus zppsFlip_64f(const Zpp64f* pSrc, Zpp64f* pDst, int len) {
     if (const ZppStatus error = checkVectors(len, pSrc, pDst)) return error;
     const size_t count = static_cast<size_t>(len);
     const uintptr_t end = reinterpret_cast<uintptr_t>(pSrc + count);
-    forEachStep<kLanes<uint64_t>>(
+    forEachStep<kLanes<uint64_t>, true>(
         count, pDst, sizeof(Zpp64f),
         [=](auto lanes, size_t i) {
             constexpr size_t n = decltype(lanes)::value;
