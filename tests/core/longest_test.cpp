@@ -22,7 +22,7 @@ constexpr std::size_t kGib = std::size_t{1} << 30;
 class LongMemory {
   public:
     // No power of two, so that an index that loses its upper bits meets other numbers.
-    static constexpr std::size_t kChunk = std::size_t{3} << 18;
+    static constexpr std::size_t kChunk = std::size_t{3} << 19;
 
     explicit LongMemory(std::size_t gibs) {
         for (std::size_t gib = 0; gib <= gibs; ++gib) own_.push_back((gib * kGib - (gib > 0)) / kChunk);
@@ -65,7 +65,7 @@ class LongMemory {
 };
 
 const LongMemory& source() {
-    static const LongMemory memory(16);
+    static const LongMemory memory(32);
     return memory;
 }
 const LongMemory& target() {
@@ -97,7 +97,7 @@ class Longest : public testing::Test {
     void SetUp() override {
         const long free = sysconf(_SC_AVPHYS_PAGES) / 1024 * sysconf(_SC_PAGESIZE) / 1024;
         if (free < 1024) GTEST_SKIP() << "only " << free << " MiB of memory are free";
-        if (!source().isMapped()) GTEST_SKIP() << "no 16 GiB of addresses to be had";
+        if (!source().isMapped()) GTEST_SKIP() << "no 32 GiB of addresses to be had";
         source().fill(numbers().data());
         bindAnew();
     }
@@ -129,7 +129,7 @@ void expectReached(const char* name, const Call& call) {
 }
 
 TEST_F(Longest, AreWrittenToTheEnd) {
-    if (!target().isMapped()) GTEST_SKIP() << "no 24 GiB of addresses to be had";
+    if (!target().isMapped()) GTEST_SKIP() << "no 40 GiB of addresses to be had";
     expectReached<Zpp32s>("Set_32s", [](int len, Zpp32s* dst) { return zppsSet_32s(-2, dst, len); });
     expectReached<Zpp8u, Zpp8u>("Copy_8u", outOfPlace(zppsCopy_8u));
     expectReached<Zpp32f, Zpp8u>("Convert_8u32f", outOfPlace(zppsConvert_8u32f));
@@ -181,6 +181,19 @@ TEST_F(Longest, AreReadToTheEnd) {
               zppStatusOk);
     EXPECT_TRUE(lowest == INT_MIN && minIndx == INT_MAX - 1 && highest == INT_MAX && maxIndx == INT_MAX - 2)
         << lowest << " at " << minIndx << ", " << highest << " at " << maxIndx;
+}
+
+TEST_F(Longest, AreCountedToTheEnd) {
+    const std::vector<Zpp64fc> pairs(LongMemory::kChunk / sizeof(Zpp64fc), {1, 2});
+    source().fill(pairs.data());
+    Zpp64fc both;
+    EXPECT_EQ(zppsSum_64fc(source().vector<Zpp64fc>(INT_MAX), INT_MAX, &both), zppStatusOk);
+    EXPECT_TRUE(same(both, {INT_MAX, 2.0 * INT_MAX})) << shown(both);
+    const std::vector<Zpp32s> largest(LongMemory::kChunk / sizeof(Zpp32s), INT_MAX);
+    source().fill(largest.data());
+    Zpp32s sum;
+    EXPECT_EQ(zppsSum_32s_Sfs(source().vector<Zpp32s>(INT_MAX), INT_MAX, &sum, 31), zppStatusOk);
+    EXPECT_EQ(sum, INT_MAX - 1);  // of 2^31 - 2 + 2^-31
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include "tests/support/binding.h"
 #include "tests/support/columns.h"
 #include "tests/support/exact.h"
-#include "tests/support/repeated.h"
 #include "tests/support/table.h"
 #include "zpp.h"
 
@@ -97,24 +96,6 @@ TEST_P(Sums, DeviateAsTheFormulaDoes) {
                   zppStatusOk);
         EXPECT_TRUE(same(c.deviation, deviation)) << shown(c.values[0]) << ": " << shown(deviation);
     }
-}
-
-// As many elements as there can be: each counts once.
-TEST(LongSums, CountEveryElement) {
-    constexpr int n = INT_MAX;
-    const RepeatedPages pages(std::size_t{n} * sizeof(Zpp64fc));
-    if (pages.begin() == nullptr) GTEST_SKIP() << pages.whyNot();
-    ASSERT_TRUE(bindAnew());
-    auto* const complex = static_cast<Zpp64fc*>(pages.begin());
-    std::fill_n(complex, RepeatedPages::kPeriod / sizeof(Zpp64fc), Zpp64fc{1, 2});
-    Zpp64fc result;
-    EXPECT_EQ(zppsSum_64fc(complex, n, &result), zppStatusOk);
-    EXPECT_TRUE(same(result, {n, 2.0 * n})) << shown(result);
-    auto* const integers = static_cast<Zpp32s*>(pages.begin());
-    std::fill_n(integers, RepeatedPages::kPeriod / sizeof(Zpp32s), INT_MAX);
-    Zpp32s sum;
-    EXPECT_EQ(zppsSum_32s_Sfs(integers, n, &sum, 31), zppStatusOk);
-    EXPECT_EQ(sum, INT_MAX - 1);  // 2^31 - 2 + 2^-31
 }
 
 }  // namespace
