@@ -1,12 +1,12 @@
 // Sums and products of 32-bit integers, exact and then scaled, real or complex. Operands are registers of
 // 32-bit lanes, single integers, or Halves of two, as single complex numbers come.
 //
-//     scaledSum<Sum>(a, b, pDst, len, scaleFactor)              a + b, by elements; of Difference a - b
-//     scaledSum<Sum>(a, val, pDst, len, scaleFactor)            the same with a constant
-//     scaledProduct<lanes>(multiply, pDst, len, scaleFactor, a, b...)  multiply makes lanes of 64 bits, such
-//     as
-//                                                                      products(a, b)
-//     scaledProductC<lanes>(multiply, a, val, pDst, len, scaleFactor)  the same with a constant
+//     scaledSum<Sum>(a, b, pDst, len, scaleFactor)      a + b, by elements; of Difference a - b
+//     scaledSum<Sum>(a, val, pDst, len, scaleFactor)    the same with a constant
+//     scaledProduct<lanes>(multiply, pDst, len, scaleFactor, a, b...)
+//     scaledProductC<lanes>(multiply, a, val, pDst, len, scaleFactor)
+//
+// multiply makes lanes of 64 bits, such as products(a, b).
 #pragma once
 
 #include "core/elementwise.h"
