@@ -59,8 +59,8 @@ BODIES = {  # by check: bodies of functions that it refuses, and such that it al
         ["and $-16,%esp\nmovaps %xmm0,(%esp)", "and $-64,%esp\nvmovapd %zmm0,(%esp)", "movups %xmm0,(%esp)",
          "addsd 8(%esp),%xmm0", "movsd %xmm0,(%esp)", "vaddpd (%esp),%xmm0,%xmm0"]),
     "check_moves": (
-        ["vmovapd %ymm0,32(%rsp)", "vmovdqa64 (%rsp),%zmm0"],
-        ["vmovupd %ymm0,32(%rsp)", "vmovdqu (%rsp),%ymm1", "vmovaps %xmm6,(%rsp)"]),
+        ["vmovapd %ymm0,32(%rsp)", "vmovdqa64 (%rsp),%zmm0", "vmovntdq %ymm0,32(%rsp)"],
+        ["vmovupd %ymm0,32(%rsp)", "vmovdqu (%rsp),%ymm1", "vmovaps %xmm6,(%rsp)", "vmovntdq %ymm0,(%rcx)"]),
 }
 
 MARK = "" if ARCH == "i386" or object_code.WINDOWS else "endbr64"
