@@ -5,15 +5,13 @@
 
 namespace zpp::ZPP_ISA {
 
-inline constexpr auto identity = [](auto v) { return v; };
-
 // Nothing is written where source and destination are the same.
 template <class T>
 inline void copyElements(const T* src, T* dst, size_t len) {
     if (src == dst) return;
     const size_t bytes = len * sizeof(T);
     if (isStreamed(dst, bytes)) [[unlikely]]
-        return mapStreamed(reinterpret_cast<uint8_t*>(dst), bytes, identity,
+        return mapStreamed(reinterpret_cast<uint8_t*>(dst), bytes, itself,
                            reinterpret_cast<const uint8_t*>(src));
     memcpy(dst, src, bytes);
 }

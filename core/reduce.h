@@ -128,7 +128,6 @@ ZPP_INLINE Complex<double> foldToParts(Complex<V> v, Combine combine) {
         return foldToParts<Left>(combine(evenLanes(v.re, v.im), oddLanes(v.re, v.im)), combine);
 }
 
-constexpr auto itself = [](auto x) ZPP_INLINE_LAMBDA { return x; };
 constexpr auto addTerm = [](auto sum, auto term) ZPP_INLINE_LAMBDA { return stored(sum + term); };
 constexpr auto takeLarger = [](auto most, auto term) ZPP_INLINE_LAMBDA { return max(term, most); };
 

@@ -210,6 +210,9 @@ ZPP_INLINE V exclusiveOr(V a, V b) {
     return bitCast<V>(bitCast<Bits>(a) ^ bitCast<Bits>(b));
 }
 
+// The operation that leaves its operand as it is.
+inline constexpr auto itself = [](auto x) ZPP_INLINE_LAMBDA { return x; };
+
 // Lane by lane a where the comparison held, b elsewhere.
 template <class M, class V>
 ZPP_INLINE V select(M condition, V a, V b) {
