@@ -95,7 +95,7 @@ double floatingNumber(std::size_t size, Data data, test::Random& random) {
 
 std::uint64_t integerNumber(std::size_t size, Data data, test::Random& random) {
     const unsigned bits = static_cast<unsigned>(8 * size);
-    if (data == Data::kOrdinary || random.below(4) == 0) {  // of either sign, any magnitude
+    if (data != Data::kSpecial || random.below(4) == 0) {  // of either sign, any magnitude
         const auto number = static_cast<std::int64_t>(random.bits()) >> (64 - bits);
         return static_cast<std::uint64_t>(number >> random.below(bits));
     }
@@ -133,6 +133,7 @@ std::vector<unsigned char> makeElements(const Element& type, std::size_t count, 
 int makeScaleFactor(Data data, test::Random& random) {
     constexpr int kEdges[] = {INT_MIN, -1100, -200, -127, -126, -40, -32, -31, -30, -15, -14,  14,     15,
                               16,      31,    32,   33,   63,   64,  126, 127, 128, 200, 1100, INT_MAX};
+    if (data == Data::kUniform) return 1 + static_cast<int>(random.below(8));  // results of many sizes
     if (data != Data::kOrdinary) return kEdges[random.below(sizeof kEdges / sizeof *kEdges)];
     return static_cast<int>(random.below(19)) - 9;
 }

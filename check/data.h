@@ -11,7 +11,7 @@ namespace zpp::check {
 enum class Data {
     kOrdinary,  // many magnitudes, and many ties of rounding
     kSpecial,   // three numbers of four from the edges of its type: NaN, Inf, zeros, subnormals, extremes
-    kUniform,   // floating numbers in [-1, 1)
+    kUniform,   // floating numbers in [-1, 1), integers as kOrdinary, middling scale factors
     kPatterns,  // any bits
 };
 

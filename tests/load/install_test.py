@@ -3,10 +3,12 @@
     install_test.py package|parent|refusals CMAKE SOURCE BINARY VERSION C_COMPILER CXX_COMPILER [C and C++ flags]
 
 "package" installs it into a prefix, moves the prefix, and builds and runs programs of the consumer folder with it.
-"parent" does the same as a part of the project in the parent folder, once as a shared and once as a static library.
+"parent" does the same as a part of the project in the parent folder, once as a shared and once as a static library, from
+a copy of the sources.
 "refusals" configures it with what it cannot be built by.
 RUNNER in the environment is the command that runs programs of Windows, its words separated by bars.
 """
+import filecmp
 import os
 import re
 import shutil
@@ -125,26 +127,22 @@ def package(folder):
     with_every_tool(prefix, folder)
 
 
-def code(library):
-    """The instructions of a library, as bytes."""
-    run("objcopy", "-O", "binary", "--only-section=.text", library, library + ".text")
-    with open(library + ".text", "rb") as text:
-        return text.read()
-
-
 def parent(folder):
-    """Compares the code, to the byte: a flag of the parent that reaches the library shows in it, whatever it does."""
-    build = os.path.join(folder, "parent-build")
-    own = shutil.copy(os.path.join(BINARY, f"libzpp.so.{VERSION}"), folder)
+    """Compares the library, to the byte: a flag of the parent that reaches it shows in it, whatever it does, and so does
+    the folder in which it is made, or time."""
+    build, source = (os.path.join(folder, name) for name in ("parent-build", "source"))
+    shutil.copytree(SOURCE, source, ignore=shutil.ignore_patterns("build", ".*"))
     for kind, shared in (("shared, by FetchContent", "ON"), ("static, by add_subdirectory", "OFF")):
         prefix = os.path.join(folder, shared)
-        run(CMAKE, "-S", PARENT, "-B", build, "-G", GENERATOR, f"-DZPP={SOURCE}", f"-DBUILD_SHARED_LIBS={shared}",
-            f"-DCMAKE_C_COMPILER={C}", f"-DCMAKE_CXX_COMPILER={CXX}", f"-DFLAGS={' '.join(FLAGS)}")
+        run(CMAKE, "-S", PARENT, "-B", build, "-G", GENERATOR, f"-DZPP={source}", f"-DBUILD_SHARED_LIBS={shared}",
+            f"-DCMAKE_C_COMPILER={C}", f"-DCMAKE_CXX_COMPILER={CXX}", f"-DFLAGS={' '.join(FLAGS)}",
+            "-DCMAKE_CXX_COMPILER_LAUNCHER=")  # no cache
         run(CMAKE, "--build", build)
         if shared == "ON":
-            if code(os.path.join(build, "zpp", os.path.basename(own))) != code(own):
-                sys.exit("the library has other code as a part of the parent project")
-            print("the parent's library has the code of this build")
+            name = f"libzpp.so.{VERSION}"
+            if not filecmp.cmp(os.path.join(build, "zpp", name), os.path.join(BINARY, name), shallow=False):
+                sys.exit(f"{name} is another file as a part of the parent project, made in another folder")
+            print(f"{name} is the file of this build, byte for byte")
         runs_right(os.path.join(build, "consumer"))
         run(CMAKE, "--install", build, "--prefix", prefix)
         shutil.move(build, build + ".away")  # the installed program has to find the installed library
