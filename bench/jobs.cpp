@@ -55,8 +55,7 @@ void addAll(const AnyJob& job, const char* who, Timed timed) {
     if (!isWanted(job.name, who)) return;
     for (const int size : {64, 1024, 16384, kLargest, kHuge}) {
         if (size == kHuge && !job.huge) continue;
-        const std::string name = std::string(job.name) + "/" + who + "/" + std::to_string(size);
-        benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
+        registerCase(job.name, who, size, [=](benchmark::State& state) {
             timed(state, size);
             state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(job.bytes) * size);
         });

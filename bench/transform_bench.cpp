@@ -24,9 +24,8 @@ size_t traffic(int order, size_t bytesPerPoint) { return (2 * bytesPerPoint) << 
 template <class Prepare>
 void addPlanned(const char* what, const char* who, int order, size_t bytesPerPoint, Prepare prepare) {
     if (!isWanted(what, who)) return;
-    const std::string name = std::string(what) + "/" + who + "/" + std::to_string(1 << order);
     const auto prepared = std::make_shared<std::optional<decltype(prepare(order))>>();
-    benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
+    registerCase(what, who, 1 << order, [=](benchmark::State& state) {
         if (!prepared->has_value()) prepared->emplace(prepare(order));
         const auto& body = **prepared;
         for (auto iteration : state) {

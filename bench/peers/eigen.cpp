@@ -45,7 +45,7 @@ void set(double val, double* dst, int len) { Reals(dst, len).setConstant(val); }
 void flip(const double* a, double* dst, int len) { Reals(dst, len) = ConstReals(a, len).reverse(); }
 
 [[maybe_unused]] const Peers maps(
-    "eigen", {
+    ZPP_WHO, {
                  {"Add_64f", timed<binary<[](const auto& a, const auto& b) { return a + b; }>>},
                  {"Sub_64f", timed<binary<[](const auto& a, const auto& b) { return b - a; }>>},
                  {"Mul_64f", timed<binary<[](const auto& a, const auto& b) { return a * b; }>>},
@@ -64,7 +64,7 @@ void flip(const double* a, double* dst, int len) { Reals(dst, len) = ConstReals(
              });
 
 [[maybe_unused]] const Peers reductions(
-    "eigen", {
+    ZPP_WHO, {
                  {"Sum_64f", timed<reduced<[](const auto& a) { return a.sum(); }>>},
                  {"Norm_L1_64f", timed<reduced<[](const auto& a) { return a.abs().sum(); }>>},
                  {"Norm_L2_64f", timed<reduced<[](const auto& a) { return a.matrix().norm(); }>>},
