@@ -180,10 +180,8 @@ ZppStatus zppsSubCRev_64fc_I(Zpp64fc val, Zpp64fc* pSrcDst, int len) {
 
 ZppStatus zppsMulC_64f(const Zpp64f* pSrc, Zpp64f val, Zpp64f* pDst, int len) {
     if (isOne(val)) return unchanged(pSrc, pDst, len);
-    if (val != 0) return withConstant(multiply, pSrc, val, pDst, len);
-    if (const ZppStatus error = checkVectors(len, pSrc, pDst)) return error;
-    zeroElements(pDst, static_cast<size_t>(len));
-    return zppStatusOk;
+    if (val == 0) return zeroed(pSrc, pDst, len);
+    return withConstant(multiply, pSrc, val, pDst, len);
 }
 ZppStatus zppsMulC_64f_I(Zpp64f val, Zpp64f* pSrcDst, int len) {
     return zppsMulC_64f(pSrcDst, val, pSrcDst, len);

@@ -95,7 +95,7 @@ ZppStatus zppsDiv_32s_Sfs(const Zpp32s* pSrc1, const Zpp32s* pSrc2, Zpp32s* pDst
     bool zeroMet = false;
     // Quotients lie within 2^-31 ... 2^31: at 2^64 and 2^-64 all saturate or vanish.
     const DivideScaled divide{powerOfTwo<double>(-clamp(scaleFactor, -64, 64)), &zeroMet};
-    const ZppStatus error = elementwiseSteps<kLanes<int32_t>, kLanes<double>>(
+    const ZppStatus error = elementwiseSteps<kLanes<int32_t>, false, kLanes<double>>(
         divide, [](Zpp32s* p, auto v) ZPP_INLINE_LAMBDA { storeManyAsInts<Rounding::kNearest>(p, v); }, pDst,
         len, pSrc1, pSrc2);
     return zeroMet ? zppStatusDivByZero : error;

@@ -22,8 +22,8 @@ bool readWanted(const std::string& argument) {
     return false;
 }
 
-// Times the cases that each line of the input names, so that whoever writes the lines can let several processes take
-// turns; answers with the report in JSON and a line that says "end".
+// Times the cases that each line of the input names, so that whoever writes the lines can let several
+// processes take turns; answers with the report in JSON and a line that says "end".
 int serve() {
     for (std::string cases; std::getline(std::cin, cases); std::cout << "\nend" << std::endl) {
         benchmark::JSONReporter reporter;

@@ -6,6 +6,7 @@
 //     elementwiseSteps<N>(compute, put, pDst, len, pSrc...)    with loads and stores of the caller's own
 //     withConstant(op, pSrc, val, pDst, len)               op(x, val), as elementwise
 //     unchanged(pSrc, pDst, len)                           the elements as they are
+//     zeroed(pSrc, pDst, len)                              zeros, whatever they are
 #pragma once
 
 #include "core/checks.h"
@@ -17,8 +18,8 @@ namespace zpp::ZPP_ISA {
 
 // compute(lanes, p...) makes registers of the `lanes` elements from p on, put(p, registers) writes them. A
 // step takes N elements; where there are fewer, Short of them.
-template <int N, int Short = (N < kLanes<int32_t> ? N : kLanes<int32_t>), class Compute, class Put, class D,
-          class... S>
+template <int N, bool kFourAtOnce = false, int Short = (N < kLanes<int32_t> ? N : kLanes<int32_t>),
+          class Compute, class Put, class D, class... S>
 ZPP_INLINE ZppStatus elementwiseSteps(Compute compute, Put put, D* pDst, int len, const S*... pSrc) {
     if (const ZppStatus error = checkVectors(len, pSrc..., pDst)) return error;
     const size_t count = static_cast<size_t>(len);
@@ -31,7 +32,7 @@ ZPP_INLINE ZppStatus elementwiseSteps(Compute compute, Put put, D* pDst, int len
             return zppStatusOk;
         }
     }
-    forEachStep<N>(count, pDst, sizeof(D), computeStep, putStep);
+    forEachStep<N, kFourAtOnce>(count, pDst, sizeof(D), computeStep, putStep);
     return zppStatusOk;
 }
 
@@ -40,10 +41,8 @@ ZPP_INLINE ZppStatus elementwise(Op op, D* pDst, int len, const S*... pSrc) {
     if (const ZppStatus error = checkVectors(len, pSrc..., pDst)) [[unlikely]]
         return error;
     const size_t count = static_cast<size_t>(len);
-    if (isStreamed(pDst, count * sizeof(D), pSrc...)) [[unlikely]] {
-        mapStreamed(pDst, count, op, pSrc...);
-        return zppStatusOk;
-    }
+    if (isStreamed(pDst, count * sizeof(D), pSrc...)) [[unlikely]]
+        return mapStreamed(pDst, count, op, pSrc...);
     map(pDst, count, op, pSrc...);
     return zppStatusOk;
 }
@@ -51,7 +50,10 @@ ZPP_INLINE ZppStatus elementwise(Op op, D* pDst, int len, const S*... pSrc) {
 // Loads widen, and storing saturates to integers of 8 and 16 bits.
 template <class Op, class D, class... S>
 ZPP_INLINE ZppStatus elementwise32(Op op, D* pDst, int len, const S*... pSrc) {
-    return elementwiseSteps<kStep32<D>>(
+    // Four at once pay for registers of 256 bits: wider ones hide the counting, narrower ones take longer to
+    // widen.
+    constexpr int n = kStep32<D>;
+    return elementwiseSteps<n, kVectorBytes == 32 && n == kLanes<int32_t>>(
         [=](auto lanes, const S*... p)
             ZPP_INLINE_LAMBDA { return mapRegisters(op, loadElements32<decltype(lanes)::value>(p)...); },
         [](D* p, auto v) ZPP_INLINE_LAMBDA { storeElements32(p, v); }, pDst, len, pSrc...);
@@ -62,10 +64,17 @@ ZPP_INLINE ZppStatus withConstant(Op op, const T* pSrc, T val, T* pDst, int len)
     return elementwise([=](auto x) { return op(x, inRegister<decltype(x)>(val)); }, pDst, len, pSrc);
 }
 
+// Not inlined: the calls in it would cost the functions that it is a rare case of a frame on the stack.
 template <class T>
-inline ZppStatus unchanged(const T* pSrc, T* pDst, int len) {
+[[gnu::noinline]] ZppStatus unchanged(const T* pSrc, T* pDst, int len) {
     if (const ZppStatus error = checkVectors(len, pSrc, pDst)) return error;
     copyElements(pSrc, pDst, static_cast<size_t>(len));
+    return zppStatusOk;
+}
+template <class T>
+[[gnu::noinline]] ZppStatus zeroed(const T* pSrc, T* pDst, int len) {
+    if (const ZppStatus error = checkVectors(len, pSrc, pDst)) return error;
+    zeroElements(pDst, static_cast<size_t>(len));
     return zppStatusOk;
 }
 

@@ -154,14 +154,16 @@ ZPP_INLINE void map(D* dst, size_t len, Op op, const S*... src) {
         [=](auto, size_t i, auto v) { storeElements(dst + i, v); });
 }
 
-// The same for a result that is streamed. Not inlined: a short call would pay for what it keeps on the stack.
+// The same for a result that is streamed. Not inlined, and with the status of the whole call, so that it is
+// jumped to: a short call would pay for what is kept on the stack.
 template <class Op, class D, class... S>
-[[gnu::noinline]] void mapStreamed(D* dst, size_t len, Op op, const S*... src) {
+[[gnu::noinline]] ZppStatus mapStreamed(D* dst, size_t len, Op op, const S*... src) {
     forEachStep<kStep<D>, kTakesFour<D>>(
         len, dst, sizeof(D),
         [=](auto lanes, size_t i) { return op(loadElements<decltype(lanes)::value>(src + i)...); },
         [=](auto, size_t i, auto v) { streamElements(dst + i, v); });
     streamFence();
+    return zppStatusOk;
 }
 
 }  // namespace zpp::ZPP_ISA

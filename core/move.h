@@ -11,9 +11,9 @@ inline void copyElements(const T* src, T* dst, size_t len) {
     if (src == dst) return;
     const size_t bytes = len * sizeof(T);
     if (isStreamed(dst, bytes)) [[unlikely]]
-        return mapStreamed(reinterpret_cast<uint8_t*>(dst), bytes, itself,
-                           reinterpret_cast<const uint8_t*>(src));
-    memcpy(dst, src, bytes);
+        mapStreamed(reinterpret_cast<uint8_t*>(dst), bytes, itself, reinterpret_cast<const uint8_t*>(src));
+    else
+        memcpy(dst, src, bytes);
 }
 
 // The same for vectors that may overlap.

@@ -80,8 +80,9 @@ ZPP_INLINE ZppStatus withScaledSum(int scaleFactor, Run run) {
     return runOn([=](auto a, auto b) ZPP_INLINE_LAMBDA { return shift(Terms::half(a, b), a ^ b); });
 }
 
-// What lanes of 64 bits hold: products, -2^62 + 2^31 ... 2^62, or anything, as sums of products are.
-enum class Lanes64 { kProducts, kAny };
+// What lanes of 64 bits hold: products, -2^62 + 2^31 ... 2^62; sums of two, which are 2^31 away from the ends
+// of the range or would be 2^63 (complex_integer.cpp); or anything.
+enum class Lanes64 { kProducts, kPairs, kAny };
 
 // run(scale) for lanes of 64 bits.
 template <Lanes64 lanes, class Run>
@@ -94,10 +95,13 @@ ZPP_INLINE ZppStatus withScaledProduct(int scaleFactor, Run run) {
         return run([](auto v) ZPP_INLINE_LAMBDA {  // at most a half
             return mapRegisters([](auto ints) ZPP_INLINE_LAMBDA { return ints ^ ints; }, saturatedTo32(v));
         });
-    using Shift = std::conditional_t<lanes == Lanes64::kProducts, RoundedShiftRightOfSmall<int64_t>,
-                                     RoundedShiftRight<int64_t>>;
-    const Shift shift(scaleFactor);
-    return run([=](auto v) ZPP_INLINE_LAMBDA { return saturatedTo32(mapRegisters(shift, v)); });
+    const auto runWith = [=](auto shift) ZPP_INLINE_LAMBDA {
+        return run([=](auto v) ZPP_INLINE_LAMBDA { return saturatedTo32(mapRegisters(shift, v)); });
+    };
+    // A factor below 32 adds less than 2^30.
+    if (lanes == Lanes64::kProducts || (lanes == Lanes64::kPairs && scaleFactor < 32))
+        return runWith(RoundedShiftRightOfSmall<int64_t>(scaleFactor));
+    if constexpr (lanes != Lanes64::kProducts) return runWith(RoundedShiftRight<int64_t>(scaleFactor));
 }
 
 // What runs is inlined, though once for a call: to pass all that it captures through memory takes as long as

@@ -91,10 +91,10 @@ ZppStatus zppsConvert_32s32f(const Zpp32s* pSrc, Zpp32f* pDst, int len) {
     return elementwise32(asFloat, pDst, len, pSrc);
 }
 ZppStatus zppsConvert_32s64f(const Zpp32s* pSrc, Zpp64f* pDst, int len) {
-    return elementwiseSteps<kLanes<double>>(loadDoubles, storeDoubles, pDst, len, pSrc);
+    return elementwiseSteps<kLanes<double>, true>(loadDoubles, storeDoubles, pDst, len, pSrc);
 }
 ZppStatus zppsConvert_32f64f(const Zpp32f* pSrc, Zpp64f* pDst, int len) {
-    return elementwiseSteps<kLanes<double>>(loadDoubles, storeDoubles, pDst, len, pSrc);
+    return elementwiseSteps<kLanes<double>, true>(loadDoubles, storeDoubles, pDst, len, pSrc);
 }
 ZppStatus zppsConvert_64f32f(const Zpp64f* pSrc, Zpp32f* pDst, int len) {
     return elementwiseSteps<kLanes<double>>(loadDoubles, storeFloats, pDst, len, pSrc);

@@ -28,7 +28,7 @@ inline ZppStatus scaled(const T* pSrc, D* pDst, int len, int scaleFactor, int mo
 }  // namespace
 
 ZppStatus zppsConvert_8s16s(const Zpp8s* pSrc, Zpp16s* pDst, int len) {
-    return elementwiseSteps<kLanes<int16_t>, kLanes<int16_t>>(
+    return elementwiseSteps<kLanes<int16_t>, false, kLanes<int16_t>>(
         [](auto lanes, const Zpp8s* p) ZPP_INLINE_LAMBDA { return loadAsWords<decltype(lanes)::value>(p); },
         [](Zpp16s* p, auto v) ZPP_INLINE_LAMBDA { store(p, v); }, pDst, len, pSrc);
 }
