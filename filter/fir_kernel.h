@@ -183,13 +183,17 @@ ZPP_INLINE void filterTile(TapRow<T, Reversed> taps, size_t tapsLen, const T* x,
     for (int i = 0; i < Vectors; ++i) total[i].put(y + i * N);
 }
 
+// Elements of a vector of at most 256 bits. A wider load waits longer for the sample that was stored right before it.
+template <class T>
+inline constexpr int kHalfFull = kVectorBytes > 32 ? kFull<T> / 2 : kFull<T>;
+
 // y[0] alone: the running values in the lanes of vectors.
 template <bool Few, class T, bool Reversed>
 ZPP_INLINE void filterSingle(TapRow<T, Reversed> taps, size_t tapsLen, const T* x, T* y) {
     if constexpr (Few || kLanes<double> == 1) {
         filterTile<Few, 1, 1>(taps, tapsLen, x, y);
     } else {
-        constexpr int step = kValues<T>, n = kFull<T>;
+        constexpr int step = kValues<T>, n = kHalfFull<T>;
         Sums<T, 1> total[1];
         size_t j = tapsLen % step;
         addInTurn(total, taps, j, x);
