@@ -110,7 +110,7 @@ int bench(const Options& options) {
         const auto times = missingRule(*f).empty() ? timeCalls(checker, *f, length) : std::vector<double>();
         if (times.empty()) continue;
         std::printf("\n%-28s", f->name.c_str());
-        for (const double time : times) std::printf(" %10.3f", time / length);
+        for (const double time : times) std::printf(" %10.4g", time / length);
     }
     std::printf("\n");
     return kOk;
