@@ -18,6 +18,7 @@ typedef double Vector __attribute__((vector_size(sizeof(double) * lanes)));
 
 void loadAll(const void* src, size_t bytes) {
     const auto* p = static_cast<const unsigned char*>(src);
+#pragma GCC unroll 8
     for (size_t i = 0; i + sizeof(Vector) <= bytes; i += sizeof(Vector)) {
         Vector v;
         memcpy(&v, p + i, sizeof v);
