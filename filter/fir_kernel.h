@@ -183,7 +183,8 @@ ZPP_INLINE void filterTile(TapRow<T, Reversed> taps, size_t tapsLen, const T* x,
     for (int i = 0; i < Vectors; ++i) total[i].put(y + i * N);
 }
 
-// Elements of a vector of at most 256 bits. A wider load waits longer for the sample that was stored right before it.
+// Elements of a vector of at most 256 bits. A wider load waits longer for the sample that was stored right
+// before it.
 template <class T>
 inline constexpr int kHalfFull = kVectorBytes > 32 ? kFull<T> / 2 : kFull<T>;
 

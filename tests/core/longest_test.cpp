@@ -1,6 +1,6 @@
 // The longest vectors: of 2^31 - 1 elements, or of 8 GiB where that is less. With 32 bits there are none, and
 // AddressSanitizer has no room to watch them. One build stands for all, which count in the same types.
-#if defined(__linux__) && defined(__x86_64__) && !defined(__SANITIZE_ADDRESS__)
+#if defined(__linux__) && defined(__x86_64__) && !defined(ZPP_UNDER_SANITIZERS)
 
 #include <sys/mman.h>
 #include <unistd.h>

@@ -9,7 +9,7 @@
 
 #include "frame/memory.h"
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef ZPP_UNDER_SANITIZERS
 #include <sanitizer/asan_interface.h>
 // A heap that is asked for too much returns null, as it does without the sanitizer.
 extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }
