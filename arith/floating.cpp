@@ -72,14 +72,7 @@ inline ZppStatus divide(const Zpp64f* pDivisor, const Zpp64f* pDividend, Zpp64f*
 
 inline ZppStatus divide(const Zpp64fc* pDivisor, const Zpp64fc* pDividend, Zpp64fc* pDst, int len) {
     bool zeroMet = false;
-    const ZppStatus error = elementwiseSteps<kLanes<double>>(
-        [op = Divide{&zeroMet}](auto lanes, const Zpp64fc* divisor, const Zpp64fc* dividend)
-            ZPP_INLINE_LAMBDA {
-                constexpr int n = decltype(lanes)::value;
-                return op(loadComplex<n>(&divisor->re), loadComplex<n>(&dividend->re));
-            },
-        [](Zpp64fc* p, auto v) ZPP_INLINE_LAMBDA { storeComplex(&p->re, v); }, pDst, len, pDivisor,
-        pDividend);
+    const ZppStatus error = elementwiseComplex(Divide{&zeroMet}, pDst, len, pDivisor, pDividend);
     return zeroMet ? zppStatusDivByZero : error;
 }
 

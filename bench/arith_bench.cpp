@@ -27,5 +27,12 @@ namespace {
     {"MulC_64fc", 32, timed<zppsMulC_64fc>},
 };
 
+[[maybe_unused]] const Jobs roots = {
+    {"Abs_32s", 8, timed<zppsAbs_32s>},
+    {"Sqr_64fc", 32, timed<zppsSqr_64fc>},
+    {"Sqrt_64f", 16, timed<zppsSqrt_64f>},
+    {"Sqrt_64fc", 32, timed<zppsSqrt_64fc>},
+};
+
 }  // namespace
 }  // namespace zpp::bench

@@ -38,5 +38,12 @@ namespace {
     {"Convert_32f16f", 6, timed<zppsConvert_32f16f, zppRoundNear>},
 };
 
+// The level is 1.5, for elements of magnitude 1 to 2.
+[[maybe_unused]] const Jobs thresholds = {
+    {"Threshold_LT_64f", 16, timed<zppsThreshold_LT_64f>},
+    {"Threshold_GT_64fc", 32, timed<zppsThreshold_GT_64fc>},
+    {"Threshold_LTInv_64f", 16, timed<zppsThreshold_LTInv_64f>},
+};
+
 }  // namespace
 }  // namespace zpp::bench

@@ -17,10 +17,10 @@ namespace {
 #define PAIR(T, floating) \
     { #T, sizeof(T), sizeof(T) / 2, floating }
 constexpr Element kElements[] = {
-    INTEGER(Zpp8u),        INTEGER(Zpp8s),      INTEGER(Zpp16u),  INTEGER(Zpp16s),      INTEGER(Zpp32u),
-    INTEGER(Zpp32s),       INTEGER(Zpp64u),     INTEGER(Zpp16f),  INTEGER(int),         INTEGER(ZppStatus),
-    INTEGER(ZppRoundMode), FLOATING(Zpp32f),    FLOATING(Zpp64f), PAIR(Zpp16sc, false), PAIR(Zpp32sc, false),
-    PAIR(Zpp32fc, true),   PAIR(Zpp64fc, true),
+    INTEGER(Zpp8u),        INTEGER(Zpp8s),      INTEGER(Zpp16u),     INTEGER(Zpp16s),  INTEGER(Zpp32u),
+    INTEGER(Zpp32s),       INTEGER(Zpp64u),     INTEGER(Zpp16f),     INTEGER(int),     INTEGER(ZppStatus),
+    INTEGER(ZppRoundMode), INTEGER(ZppCmpOp),   FLOATING(Zpp32f),    FLOATING(Zpp64f), PAIR(Zpp16sc, false),
+    PAIR(Zpp32sc, false),  PAIR(Zpp32fc, true), PAIR(Zpp64fc, true),
 };
 
 // Of the rest nothing is taken for granted: rules.h.

@@ -30,6 +30,11 @@ ZPP_INLINE auto product(Complex<A> a, Complex<B> b) {
                                           stored(product(a.re, b.im) + product(a.im, b.re))};
 }
 
+template <class M, class V>
+ZPP_INLINE Complex<V> select(M condition, Complex<V> a, Complex<V> b) {
+    return {select(condition, a.re, b.re), select(condition, a.im, b.im)};
+}
+
 // a * conj(b)
 template <class A, class B>
 ZPP_INLINE auto productConj(Complex<A> a, Complex<B> b) {

@@ -2,9 +2,10 @@
 // sources, all of which, and nothing else, may be the destination.
 //
 //     elementwise(op, pDst, len, pSrc...)                  op on registers of the elements' own type
-//     elementwise32(op, pDst, len, pSrc...)                op on lanes of 32 bits, whatever the types are
-//     elementwiseSteps<N>(compute, put, pDst, len, pSrc...)    with loads and stores of the caller's own
-//     withConstant(op, pSrc, val, pDst, len)               op(x, val), as elementwise
+//     elementwiseComplex(op, pDst, len, pSrc...)           op on real and imaginary parts in registers of
+//     their own elementwise32(op, pDst, len, pSrc...)                op on lanes of 32 bits, whatever the
+//     types are elementwiseSteps<N>(compute, put, pDst, len, pSrc...)    with loads and stores of the
+//     caller's own withConstant(op, pSrc, val, pDst, len)               op(x, val), as elementwise
 //     unchanged(pSrc, pDst, len)                           the elements as they are
 //     zeroed(pSrc, pDst, len)                              zeros, whatever they are
 #pragma once
@@ -45,6 +46,14 @@ ZPP_INLINE ZppStatus elementwise(Op op, D* pDst, int len, const S*... pSrc) {
         return mapStreamed(pDst, count, op, pSrc...);
     map(pDst, count, op, pSrc...);
     return zppStatusOk;
+}
+
+template <class Op, class... S>
+ZPP_INLINE ZppStatus elementwiseComplex(Op op, Zpp64fc* pDst, int len, const S*... pSrc) {
+    return elementwiseSteps<kLanes<double>>(
+        [=](auto lanes, const S*... p)
+            ZPP_INLINE_LAMBDA { return op(loadComplex<decltype(lanes)::value>(&p->re)...); },
+        [](Zpp64fc* p, auto v) ZPP_INLINE_LAMBDA { storeComplex(&p->re, v); }, pDst, len, pSrc...);
 }
 
 // Loads widen, and storing saturates to integers of 8 and 16 bits.

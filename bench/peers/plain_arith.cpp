@@ -80,5 +80,24 @@ void divideInts(const Zpp32s* __restrict a, const Zpp32s* __restrict b, Zpp32s* 
               {"MulC_64fc", withConstant<C, [](C a, C val) { return times(a, val); }>},
           });
 
+C complexRoot(C z) {
+    const double a = z.re * 0.5, b = z.im * 0.5, r = std::sqrt(a * a + b * b);
+    if (a < 0) {
+        const double t = b < 0 ? -std::sqrt(r - a) : std::sqrt(r - a);
+        return {b / t, t};
+    }
+    const double s = std::sqrt(r + a);
+    return {s, b / s};
+}
+
+[[maybe_unused]] const Peers roots(kWho, {
+                                             {"Abs_32s", map<[](Zpp32s x) { return x < 0 ? -x : x; }>},
+                                             {"Sqr_64fc", map<[](C z) {
+                                                  return C{(z.re + z.im) * (z.re - z.im), z.re * z.im * 2};
+                                              }>},
+                                             {"Sqrt_64f", map<[](double x) { return std::sqrt(x); }>},
+                                             {"Sqrt_64fc", map<[](C z) { return complexRoot(z); }>},
+                                         });
+
 }  // namespace
 }  // namespace zpp::bench

@@ -116,5 +116,29 @@ inline Zpp32s toWholeRange(float x) {
         {"SwapBytes_24u", timed<swapBytes>},
     });
 
+template <auto kOp, class T>
+void levelLoop(const T* __restrict src, T* __restrict dst, int len, double level) {
+    for (int i = 0; i < len; ++i) dst[i] = kOp(src[i], level);
+}
+Zpp64fc clamped(Zpp64fc z, double level) {
+    const double norm = z.re * z.re + z.im * z.im, square = level * level;
+    const double scale = norm > square ? std::sqrt(square / norm) : 1;
+    return {z.re * scale, z.im * scale};
+}
+double inverted(double x, double level) {
+    if (std::fabs(x) <= level) x = std::copysign(level, x);
+    return 1 / x;
+}
+
+[[maybe_unused]] const Peers thresholds(
+    kWho, {
+              {"Threshold_LT_64f",
+               timed<levelLoop<[](double x, double level) { return x < level ? level : x; }, double>>},
+              {"Threshold_GT_64fc",
+               timed<levelLoop<[](Zpp64fc z, double level) { return clamped(z, level); }, Zpp64fc>>},
+              {"Threshold_LTInv_64f",
+               timed<levelLoop<[](double x, double level) { return inverted(x, level); }, double>>},
+          });
+
 }  // namespace
 }  // namespace zpp::bench

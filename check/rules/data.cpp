@@ -1,4 +1,5 @@
 #include "check/rules.h"
+#include "zpp.h"
 
 namespace zpp::check {
 namespace {
@@ -16,9 +17,34 @@ const Extent kExtents[] = {
     stated("zppsSwapBytes_24u*", "pSrc* pDst", 3),
 };
 
+double level(const Function&, const Case&, test::Random& random) {
+    constexpr double kLevels[] = {0, 1e-200, 0.5, 1, 40};
+    return kLevels[random.below(5)];
+}
+double relOp(const Function&, const Case&, test::Random& random) {
+    constexpr int kOperators[] = {zppCmpLess, zppCmpGreater, 7};
+    return kOperators[random.below(3)];
+}
+constexpr double kBelowZero[] = {-1, -1e-310}, kFarBelow[] = {-3};
+
+constexpr Number kNumbers[] = {
+    {"zppsThreshold_*64fc* zppsThreshold_LTInv_64f*", "level", level, kBelowZero,
+     zppStatusThresholdNegativeLevel},
+    {"zppsThreshold_*", "relOp", relOp},
+    {"zppsThreshold_LTValGTVal_64f*", "levelLT",
+     [](const Function&, const Case&, test::Random& random) {
+         return -static_cast<double>(random.below(3));
+     }},
+    {"zppsThreshold_LTValGTVal_64f*", "levelGT", level, kFarBelow, zppStatusThresholdBounds},
+    {"zppsThreshold_*", "level value valueLT valueGT", nullptr},
+};
+
 }  // namespace
 
-const Rules kDataRules = {
-    .folder = "data", .promises = kPromises, .extents = kExtents, .neverShared = "zppsCopy_* zppsFlip_64f"};
+const Rules kDataRules = {.folder = "data",
+                          .promises = kPromises,
+                          .extents = kExtents,
+                          .numbers = kNumbers,
+                          .neverShared = "zppsCopy_* zppsFlip_64f"};
 
 }  // namespace zpp::check

@@ -175,4 +175,50 @@ ZPP_EXPORT(ZppStatus, zppsAddProduct_64f,
 ZPP_EXPORT(ZppStatus, zppsAddProduct_64fc,
            (const Zpp64fc* pSrc1, const Zpp64fc* pSrc2, Zpp64fc* pSrcDst, int len))
 
+/* Absolute values, squares and square roots
+ *
+ * All vectors hold len elements. pDst may be the same array as pSrc, but not overlap it in part; a form in place gives
+ * the results of the one out of place. Real results are correctly rounded, complex ones come from the formulas below,
+ * each operation rounded to double.
+ *
+ * Returned, in this order of checks: -8 for a null pointer; -6 for len <= 0. Calls in several threads may share
+ * sources. */
+
+/* pDst[i] = |pSrc[i]|; of integers that of -2147483648 is 2147483647. A NaN stays a NaN. */
+ZPP_EXPORT(ZppStatus, zppsAbs_32s, (const Zpp32s* pSrc, Zpp32s* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsAbs_32s_I, (Zpp32s* pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsAbs_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsAbs_64f_I, (Zpp64f* pSrcDst, int len))
+
+/* pDst[i] = pSrc[i] * pSrc[i]. Complex: ((re + im) * (re - im), re * im * 2). */
+ZPP_EXPORT(ZppStatus, zppsSqr_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsSqr_64f_I, (Zpp64f* pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsSqr_64fc, (const Zpp64fc* pSrc, Zpp64fc* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsSqr_64fc_I, (Zpp64fc* pSrcDst, int len))
+
+/* The square root of pSrc[i]; that of -0.0 is -0.0. A number below zero and a NaN give the quiet NaN
+ * 0xFFF8000000000000, and warning 3 at the end. */
+ZPP_EXPORT(ZppStatus, zppsSqrt_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsSqrt_64f_I, (Zpp64f* pSrcDst, int len))
+
+/* The principal square root of pSrc[i], of which the real part is not below zero and the imaginary part has the sign
+ * of pSrc[i].im. With a = re / 2, b = im / 2 and r = sqrt(a a + b b): for a > 0 (s, b / s) with s = sqrt(a + r); for
+ * a < 0 (b / t, t) with t = sqrt(r - a), negated for b < 0; for a = 0 (s, s) with s = sqrt(b), or for b < 0 (s, -s)
+ * with s = sqrt(-b). So -0.0 counts as not below zero: of (-4, -0.0) the root is (-0.0, 2), of (0, -0.0) it is
+ * (-0.0, -0.0). Squares beyond the range of a double are infinite, or 0, as in the formulas. NaN parts make NaN. */
+ZPP_EXPORT(ZppStatus, zppsSqrt_64fc, (const Zpp64fc* pSrc, Zpp64fc* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsSqrt_64fc_I, (Zpp64fc* pSrcDst, int len))
+
+/* Shifts
+ *
+ * As above; and then -32 is returned for val < 0. */
+
+/* pDst[i] = the bits of pSrc[i], val places to the left: zeros enter, what leaves is lost. 0 for val > 31. */
+ZPP_EXPORT(ZppStatus, zppsLShiftC_32s, (const Zpp32s* pSrc, int val, Zpp32s* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsLShiftC_32s_I, (int val, Zpp32s* pSrcDst, int len))
+
+/* pDst[i] = pSrc[i] * 2^-val, rounded towards minus infinity, for any val from 0 on. */
+ZPP_EXPORT(ZppStatus, zppsRShiftC_32s, (const Zpp32s* pSrc, int val, Zpp32s* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsRShiftC_32s_I, (int val, Zpp32s* pSrcDst, int len))
+
 #endif

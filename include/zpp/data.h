@@ -132,4 +132,63 @@ ZPP_EXPORT(ZppStatus, zppsConvert_32f16f, (const Zpp32f* pSrc, Zpp16f* pDst, int
 ZPP_EXPORT(ZppStatus, zppsSwapBytes_24u, (const Zpp8u* pSrc, Zpp8u* pDst, int len))
 ZPP_EXPORT(ZppStatus, zppsSwapBytes_24u_I, (Zpp8u* pSrcDst, int len))
 
+/* Thresholds
+ *
+ * Elements on one side of a level are replaced, the others copied. All vectors hold len elements; pDst may be the same
+ * array as pSrc, but not overlap it in part, and a form in place gives the results of the one out of place. Complex
+ * numbers are compared by their magnitude: n = im im + re re with the square of the level, L = level level; a NaN n is on
+ * neither side. Each operation is rounded to double.
+ *
+ * Returned, in this order of checks: -8 for a null pointer; -6 for len <= 0; then, of complex members and LTInv, -19
+ * for level < 0. Calls in several threads may share sources. */
+
+/* level instead of x < level (less; a NaN is kept) or of x > level (greater). */
+ZPP_EXPORT(ZppStatus, zppsThreshold_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int len, Zpp64f level, ZppCmpOp relOp))
+ZPP_EXPORT(ZppStatus, zppsThreshold_64f_I, (Zpp64f* pSrcDst, int len, Zpp64f level, ZppCmpOp relOp))
+ZPP_EXPORT(ZppStatus, zppsThreshold_LT_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int len, Zpp64f level))
+ZPP_EXPORT(ZppStatus, zppsThreshold_LT_64f_I, (Zpp64f* pSrcDst, int len, Zpp64f level))
+ZPP_EXPORT(ZppStatus, zppsThreshold_GT_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int len, Zpp64f level))
+ZPP_EXPORT(ZppStatus, zppsThreshold_GT_64f_I, (Zpp64f* pSrcDst, int len, Zpp64f level))
+ZPP_EXPORT(ZppStatus, zppsThreshold_LT_32s, (const Zpp32s* pSrc, Zpp32s* pDst, int len, Zpp32s level))
+ZPP_EXPORT(ZppStatus, zppsThreshold_LT_32s_I, (Zpp32s* pSrcDst, int len, Zpp32s level))
+
+/* z * sqrt(L / n) instead of z, which has the magnitude `level` and the same direction, where n < L (less) or n > L
+ * (greater); where n is 0, (level, 0). */
+ZPP_EXPORT(ZppStatus, zppsThreshold_64fc,
+           (const Zpp64fc* pSrc, Zpp64fc* pDst, int len, Zpp64f level, ZppCmpOp relOp))
+ZPP_EXPORT(ZppStatus, zppsThreshold_64fc_I, (Zpp64fc* pSrcDst, int len, Zpp64f level, ZppCmpOp relOp))
+ZPP_EXPORT(ZppStatus, zppsThreshold_LT_64fc, (const Zpp64fc* pSrc, Zpp64fc* pDst, int len, Zpp64f level))
+ZPP_EXPORT(ZppStatus, zppsThreshold_LT_64fc_I, (Zpp64fc* pSrcDst, int len, Zpp64f level))
+ZPP_EXPORT(ZppStatus, zppsThreshold_GT_64fc, (const Zpp64fc* pSrc, Zpp64fc* pDst, int len, Zpp64f level))
+ZPP_EXPORT(ZppStatus, zppsThreshold_GT_64fc_I, (Zpp64fc* pSrcDst, int len, Zpp64f level))
+
+/* value instead of x < level, which counts a NaN in (LT), or of x > level (GT); complex: where n < L, or n > L. */
+ZPP_EXPORT(ZppStatus, zppsThreshold_LTVal_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int len, Zpp64f level, Zpp64f value))
+ZPP_EXPORT(ZppStatus, zppsThreshold_LTVal_64f_I, (Zpp64f* pSrcDst, int len, Zpp64f level, Zpp64f value))
+ZPP_EXPORT(ZppStatus, zppsThreshold_GTVal_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int len, Zpp64f level, Zpp64f value))
+ZPP_EXPORT(ZppStatus, zppsThreshold_GTVal_64f_I, (Zpp64f* pSrcDst, int len, Zpp64f level, Zpp64f value))
+ZPP_EXPORT(ZppStatus, zppsThreshold_LTVal_64fc,
+           (const Zpp64fc* pSrc, Zpp64fc* pDst, int len, Zpp64f level, Zpp64fc value))
+ZPP_EXPORT(ZppStatus, zppsThreshold_LTVal_64fc_I, (Zpp64fc* pSrcDst, int len, Zpp64f level, Zpp64fc value))
+ZPP_EXPORT(ZppStatus, zppsThreshold_GTVal_64fc,
+           (const Zpp64fc* pSrc, Zpp64fc* pDst, int len, Zpp64f level, Zpp64fc value))
+ZPP_EXPORT(ZppStatus, zppsThreshold_GTVal_64fc_I, (Zpp64fc* pSrcDst, int len, Zpp64f level, Zpp64fc value))
+
+/* valueLT instead of x < levelLT, which counts a NaN in, else valueGT instead of x > levelGT. Returned also, after the
+ * others: -18 for levelGT < levelLT. */
+ZPP_EXPORT(ZppStatus, zppsThreshold_LTValGTVal_64f,
+           (const Zpp64f* pSrc, Zpp64f* pDst, int len, Zpp64f levelLT, Zpp64f valueLT, Zpp64f levelGT, Zpp64f valueGT))
+ZPP_EXPORT(ZppStatus, zppsThreshold_LTValGTVal_64f_I,
+           (Zpp64f* pSrcDst, int len, Zpp64f levelLT, Zpp64f valueLT, Zpp64f levelGT, Zpp64f valueGT))
+
+/* 1 / x, correctly rounded, but of no larger magnitude than 1 / level: where |x| <= level it is -1 / level for x < 0,
+ * else +1 / level. With level 0 a zero of either sign gives +Inf, and warning 4 at the end. A NaN counts as zero. */
+ZPP_EXPORT(ZppStatus, zppsThreshold_LTInv_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int len, Zpp64f level))
+ZPP_EXPORT(ZppStatus, zppsThreshold_LTInv_64f_I, (Zpp64f* pSrcDst, int len, Zpp64f level))
+
+/* (re / n, -im / n); where n < L, (re / d, -im / d) with d = sqrt(n) * level; where n is 0, (1 / level, 0). If L is 0,
+ * as it is of a level below 1.5e-162 too, n = 0 gives (+Inf, 0), and warning 4 at the end. A NaN n counts as zero. */
+ZPP_EXPORT(ZppStatus, zppsThreshold_LTInv_64fc, (const Zpp64fc* pSrc, Zpp64fc* pDst, int len, Zpp64f level))
+ZPP_EXPORT(ZppStatus, zppsThreshold_LTInv_64fc_I, (Zpp64fc* pSrcDst, int len, Zpp64f level))
+
 #endif

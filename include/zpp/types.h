@@ -46,6 +46,10 @@ typedef struct {
 typedef Zpp32s ZppRoundMode;
 enum { zppRoundZero = 0, zppRoundNear = 1 };
 
+/* Which elements a threshold replaces: zppCmpGreater those above the level; every other value is zppCmpLess. */
+typedef Zpp32s ZppCmpOp;
+enum { zppCmpLess = 0, zppCmpGreater = 4 };
+
 /* Processor classification of zppGetCpuType. */
 typedef Zpp32s ZppCpuType;
 enum {
