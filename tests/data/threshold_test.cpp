@@ -42,10 +42,13 @@ TEST_P(Threshold, OfRealNumbers) {
         expectReplaced<double>(
             "GTVal_64f", zppsThreshold_GTVal_64f, zppsThreshold_GTVal_64f_I,
             [=](double x) { return x > level ? -0.0 : x; }, level, -0.0);
-        if (!std::isnan(level))
+        for (const double apart : {0.0, 2.0}) {
+            const double upper = level + apart;
+            if (std::isnan(upper)) continue;
             expectReplaced<double>(
                 "LTValGTVal_64f", zppsThreshold_LTValGTVal_64f, zppsThreshold_LTValGTVal_64f_I,
-                [=](double x) { return x >= level ? x > level ? 88 : x : 77; }, level, 77.0, level, 88.0);
+                [=](double x) { return x >= level ? x > upper ? 88 : x : 77; }, level, 77.0, upper, 88.0);
+        }
     }
     for (const Zpp32s level : {-5, 0, 1000, std::numeric_limits<Zpp32s>::max()})
         expectReplaced<Zpp32s>(

@@ -19,6 +19,7 @@ NUMBERS = {  # by the beginning of the names
         Misaligned 2  SqrtNegative 3  InvZero 4  EvenMedianMask 5  DivByZero 6  LnZeroArg 7  LnNegativeArg 8  NanArg 9
         Floored 11  Overflow 12  Underflow 17  Singularity 18  Domain 19  NotVarenCpu 20  CpuNotSet 21  NoEffect 24""",
     "zppRound": "Zero 0  Near 1",
+    "zppCmp": "Less 0  Greater 4",
     "zppCpu": """
         Unknown 0  Family5 1  Family5Mmx 2  Family6 3  Family6Mmx 4  Family6Sse 5  Family15Sse2 6  Family15Sse2Ht 7
         Family15Sse3 8  Family6Sse2 9  Family7 16  Family15WithoutSse2 17""",
