@@ -2,10 +2,10 @@
 // sources, all of which, and nothing else, may be the destination.
 //
 //     elementwise(op, pDst, len, pSrc...)                  op on registers of the elements' own type
-//     elementwiseComplex(op, pDst, len, pSrc...)           op on real and imaginary parts in registers of
-//     their own elementwise32(op, pDst, len, pSrc...)                op on lanes of 32 bits, whatever the
-//     types are elementwiseSteps<N>(compute, put, pDst, len, pSrc...)    with loads and stores of the
-//     caller's own withConstant(op, pSrc, val, pDst, len)               op(x, val), as elementwise
+//     elementwiseComplex(op, pDst, len, pSrc...)           op on real and imaginary parts apart
+//     elementwise32(op, pDst, len, pSrc...)                op on lanes of 32 bits, whatever the types are
+//     elementwiseSteps<N>(compute, put, pDst, len, pSrc...)    with loads and stores of the caller's own
+//     withConstant(op, pSrc, val, pDst, len)               op(x, val), as elementwise
 //     unchanged(pSrc, pDst, len)                           the elements as they are
 //     zeroed(pSrc, pDst, len)                              zeros, whatever they are
 #pragma once

@@ -99,9 +99,9 @@ ZPP_INLINE ZppStatus withScaledProduct(int scaleFactor, Run run) {
         return run([=](auto v) ZPP_INLINE_LAMBDA { return saturatedTo32(mapRegisters(shift, v)); });
     };
     // A factor below 32 adds less than 2^30.
-    if (lanes == Lanes64::kProducts || (lanes == Lanes64::kPairs && scaleFactor < 32))
-        return runWith(RoundedShiftRightOfSmall<int64_t>(scaleFactor));
-    if constexpr (lanes != Lanes64::kProducts) return runWith(RoundedShiftRight<int64_t>(scaleFactor));
+    const bool small = lanes == Lanes64::kProducts || (lanes == Lanes64::kPairs && scaleFactor < 32);
+    return small ? runWith(RoundedShiftRightOfSmall<int64_t>(scaleFactor))
+                 : runWith(RoundedShiftRight<int64_t>(scaleFactor));
 }
 
 // What runs is inlined, though once for a call: to pass all that it captures through memory takes as long as
