@@ -65,15 +65,15 @@ struct Divide {
 };
 
 inline ZppStatus divide(const Zpp64f* pDivisor, const Zpp64f* pDividend, Zpp64f* pDst, int len) {
-    bool zeroMet = false;
-    const ZppStatus error = elementwise(Divide{&zeroMet}, pDst, len, pDivisor, pDividend);
-    return zeroMet ? zppStatusDivByZero : error;
+    return withWarning(zppStatusDivByZero, [=](bool* zeroMet) {
+        return elementwise(Divide{zeroMet}, pDst, len, pDivisor, pDividend);
+    });
 }
 
 inline ZppStatus divide(const Zpp64fc* pDivisor, const Zpp64fc* pDividend, Zpp64fc* pDst, int len) {
-    bool zeroMet = false;
-    const ZppStatus error = elementwiseComplex(Divide{&zeroMet}, pDst, len, pDivisor, pDividend);
-    return zeroMet ? zppStatusDivByZero : error;
+    return withWarning(zppStatusDivByZero, [=](bool* zeroMet) {
+        return elementwiseComplex(Divide{zeroMet}, pDst, len, pDivisor, pDividend);
+    });
 }
 
 }  // namespace

@@ -27,9 +27,8 @@ struct SquareRoot {
 };
 
 inline ZppStatus root(const Zpp64f* pSrc, Zpp64f* pDst, int len) {
-    bool negativeMet = false;
-    const ZppStatus error = elementwise(SquareRoot{&negativeMet}, pDst, len, pSrc);
-    return negativeMet ? zppStatusSqrtNegative : error;
+    return withWarning(zppStatusSqrtNegative,
+                       [=](bool* met) { return elementwise(SquareRoot{met}, pDst, len, pSrc); });
 }
 
 constexpr auto square = [](auto x) { return product(x, x); };

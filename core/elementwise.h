@@ -6,6 +6,7 @@
 //     elementwise32(op, pDst, len, pSrc...)                op on lanes of 32 bits, whatever the types are
 //     elementwiseSteps<N>(compute, put, pDst, len, pSrc...)    with loads and stores of the caller's own
 //     withConstant(op, pSrc, val, pDst, len)               op(x, val), as elementwise
+//     withWarning(warning, run)                            the warning where run(&met) has set met
 //     unchanged(pSrc, pDst, len)                           the elements as they are
 //     zeroed(pSrc, pDst, len)                              zeros, whatever they are
 #pragma once
@@ -71,6 +72,14 @@ ZPP_INLINE ZppStatus elementwise32(Op op, D* pDst, int len, const S*... pSrc) {
 template <class Op, class T>
 ZPP_INLINE ZppStatus withConstant(Op op, const T* pSrc, T val, T* pDst, int len) {
     return elementwise([=](auto x) { return op(x, inRegister<decltype(x)>(val)); }, pDst, len, pSrc);
+}
+
+// run(&met), and the warning instead of its status where an element has set it.
+template <class Run>
+ZPP_INLINE ZppStatus withWarning(ZppStatus warning, Run run) {
+    bool met = false;
+    const ZppStatus error = run(&met);
+    return met ? warning : error;
 }
 
 // Not inlined: the calls in it would cost the functions that it is a rare case of a frame on the stack.

@@ -202,18 +202,18 @@ ZppStatus zppsThreshold_LTValGTVal_64f_I(Zpp64f* pSrcDst, int len, Zpp64f levelL
 
 ZppStatus zppsThreshold_LTInv_64f(const Zpp64f* pSrc, Zpp64f* pDst, int len, Zpp64f level) {
     if (const ZppStatus error = checkLevel(level, len, pSrc, pDst)) return error;
-    bool zeroMet = false;
-    elementwise(InvertReal{level, &zeroMet}, pDst, len, pSrc);
-    return zeroMet ? zppStatusInvZero : zppStatusOk;
+    return withWarning(zppStatusInvZero, [=](bool* zeroMet) {
+        return elementwise(InvertReal{level, zeroMet}, pDst, len, pSrc);
+    });
 }
 ZppStatus zppsThreshold_LTInv_64f_I(Zpp64f* pSrcDst, int len, Zpp64f level) {
     return zppsThreshold_LTInv_64f(pSrcDst, pSrcDst, len, level);
 }
 ZppStatus zppsThreshold_LTInv_64fc(const Zpp64fc* pSrc, Zpp64fc* pDst, int len, Zpp64f level) {
     if (const ZppStatus error = checkLevel(level, len, pSrc, pDst)) return error;
-    bool zeroMet = false;
-    elementwiseComplex(InvertComplex{level, squareOf(level), &zeroMet}, pDst, len, pSrc);
-    return zeroMet ? zppStatusInvZero : zppStatusOk;
+    return withWarning(zppStatusInvZero, [=](bool* zeroMet) {
+        return elementwiseComplex(InvertComplex{level, squareOf(level), zeroMet}, pDst, len, pSrc);
+    });
 }
 ZppStatus zppsThreshold_LTInv_64fc_I(Zpp64fc* pSrcDst, int len, Zpp64f level) {
     return zppsThreshold_LTInv_64fc(pSrcDst, pSrcDst, len, level);
