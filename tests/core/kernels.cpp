@@ -1,6 +1,7 @@
 #include "tests/core/kernels.h"
 
 #include "core/elementwise.h"
+#include "core/simd_interleave.h"
 
 namespace zpp::ZPP_ISA {
 namespace {
@@ -24,10 +25,21 @@ ZppStatus convertComplex(const S* pSrc, D* pDst, int len) {
         [](D* p, auto v) ZPP_INLINE_LAMBDA { storeComplex(&p->re, v); }, pDst, len, pSrc);
 }
 
+template <class Bits, class C, class T>
+ZppStatus exchange(const C* pSrc, const T* pOther, C* pDst, int len) {
+    return elementwiseSteps<kLanes<Bits>>(
+        [](auto lanes, const C* p, const T* other) ZPP_INLINE_LAMBDA {
+            using V = Vec<Bits, decltype(lanes)::value>;
+            const auto parts = loadDeinterleaved<V>(&p->re);
+            return interleaved(halves(parts.high, parts.low ^ load<V>(other)));
+        },
+        [](C* p, auto v) ZPP_INLINE_LAMBDA { storeRegisters(&p->re, v); }, pDst, len, pSrc, pOther);
+}
+
 }  // namespace
 
 extern const test::CoreKernels kCoreKernels;
-const test::CoreKernels kCoreKernels = {scale64,        addScaled,      convertComplex,
-                                        convertComplex, convertComplex, convertComplex};
+const test::CoreKernels kCoreKernels = {scale64,        addScaled,      convertComplex,    convertComplex,
+                                        convertComplex, convertComplex, exchange<int32_t>, exchange<int64_t>};
 
 }  // namespace zpp::ZPP_ISA

@@ -18,6 +18,9 @@ struct CoreKernels {
     ZppStatus (*fromInts)(const Zpp32sc*, Zpp64fc*, int);
     ZppStatus (*fromWords)(const Zpp16sc*, Zpp64fc*, int);
     ZppStatus (*toSingles)(const Zpp64fc*, Zpp32fc*, int);
+    // (im, re ^ x) for (re, im) and x, in registers of one part each.
+    ZppStatus (*exchangeInts)(const Zpp32sc*, const Zpp32s*, Zpp32sc*, int);
+    ZppStatus (*exchangeDoubles)(const Zpp64fc*, const Zpp64f*, Zpp64fc*, int);
 };
 
 }  // namespace zpp::test

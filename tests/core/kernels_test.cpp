@@ -83,5 +83,21 @@ TEST_P(Core, TakesComplexNumbersApart) {
                        drawnEachWay<Zpp64fc>(200));
 }
 
+TEST_P(Core, KeepsTheOrderOfPartsTakenApart) {
+    expectRow<Zpp32sc>(
+        "32sc", outOfPlace(kernels().exchangeInts),
+        [](Zpp32sc z, Zpp32s x) {
+            return Zpp32sc{z.im, z.re ^ x};
+        },
+        Lengths::kEvery, drawnEachWay<Zpp32sc>(200), drawnEachWay<Zpp32s>(200));
+    expectRow<Zpp64fc>(
+        "64fc", outOfPlace(kernels().exchangeDoubles),
+        [](Zpp64fc z, Zpp64f x) {
+            return Zpp64fc{z.im, std::bit_cast<double>(std::bit_cast<std::uint64_t>(z.re) ^
+                                                       std::bit_cast<std::uint64_t>(x))};
+        },
+        Lengths::kEvery, drawnEachWay<Zpp64fc>(200), drawnEachWay<Zpp64f>(200));
+}
+
 }  // namespace
 }  // namespace zpp::test

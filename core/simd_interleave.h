@@ -1,0 +1,71 @@
+// Two vectors the elements of which lie in turn in memory, as the parts of complex numbers do: taken apart
+// when they are loaded, and put together again, both in the order of memory. Where their order in the
+// registers does not matter, evenLanes() and oddLanes() are fewer shuffles.
+#pragma once
+
+#include <utility>
+
+#include "core/simd_convert.h"
+
+namespace zpp::ZPP_ISA {
+
+// The lanes of the concatenation of a and b with an even index, and those with an odd one.
+template <class V, int... I>
+ZPP_INLINE Halves<V> deinterleaved(V a, V b, std::integer_sequence<int, I...>) {
+    return {shuffle<2 * I...>(a, b), shuffle<(2 * I + 1)...>(a, b)};
+}
+// The lanes of a and b in turn.
+template <class V, int... I>
+ZPP_INLINE Halves<V> interleaved(V a, V b, std::integer_sequence<int, I...>) {
+    constexpr int n = sizeof...(I);
+    return {shuffle<(I / 2 + I % 2 * n)...>(a, b), shuffle<(n / 2 + I / 2 + I % 2 * n)...>(a, b)};
+}
+template <class V>
+using LaneIndices = std::make_integer_sequence<int, sizeof(V) / sizeof(Lane<V>)>;
+
+#ifdef __AVX2__
+// 16 bytes each from two places.
+template <class V>
+ZPP_INLINE V loadHalves(const void* low, const void* high) {
+    return bitCast<V>(
+        _mm256_loadu2_m128i(static_cast<const __m128i*>(high), static_cast<const __m128i*>(low)));
+}
+#endif
+
+// From p on: in the lower register the elements with an even index, in the higher one those with an odd
+// index.
+template <class V, class T>
+ZPP_INLINE Halves<V> loadDeinterleaved(const T* p) {
+    static_assert(sizeof(T) == sizeof(Lane<V>) && sizeof(T) >= 4);
+    constexpr size_t n = sizeof(V) / sizeof(T);
+    if constexpr (n == 1) return {load<V>(p), load<V>(p + 1)};
+#ifdef __AVX2__
+    // AVX2 shuffles within 16 bytes. That these are the right ones costs nothing when they are loaded.
+    else if constexpr (sizeof(V) == 32) {
+        const V a = loadHalves<V>(p, p + n), b = loadHalves<V>(p + n / 2, p + n / 2 + n);
+        if constexpr (sizeof(T) == 8) return {evenLanes(a, b), oddLanes(a, b)};
+        // GCC 12 makes two shuffles and a blend of one of integers.
+        const auto x = bitCast<__m256>(a), y = bitCast<__m256>(b);
+        return {bitCast<V>(_mm256_shuffle_ps(x, y, 0x88)), bitCast<V>(_mm256_shuffle_ps(x, y, 0xDD))};
+    }
+#endif
+    else
+        return deinterleaved(load<V>(p), load<V>(p + n), LaneIndices<V>());
+}
+
+// The inverse: registers to be stored in turn. A pair of single elements is one already.
+template <class V>
+ZPP_INLINE Halves<V> interleaved(Halves<V> v) {
+    if constexpr (std::is_arithmetic_v<V>) return v;
+#ifdef __AVX2__
+    // Of 64-bit lanes GCC 12 makes six shuffles where four do.
+    else if constexpr (sizeof(V) == 32 && sizeof(Lane<V>) == 8) {
+        const V even = evenLanes(v.low, v.high), odd = oddLanes(v.low, v.high);
+        return {shuffle<0, 1, 4, 5>(even, odd), shuffle<2, 3, 6, 7>(even, odd)};
+    }
+#endif
+    else
+        return interleaved(v.low, v.high, LaneIndices<V>());
+}
+
+}  // namespace zpp::ZPP_ISA
