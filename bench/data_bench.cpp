@@ -45,5 +45,21 @@ namespace {
     {"Threshold_LTInv_64f", 16, timed<zppsThreshold_LTInv_64f>},
 };
 
+[[maybe_unused]] const Jobs complexVectors = {
+    {"Conj_64fc", 32, timed<zppsConj_64fc>},
+    {"ConjFlip_64fc", 32, timed<zppsConjFlip_64fc>},
+    {"Real_64fc", 24, timed<zppsReal_64fc>},
+    {"CplxToReal_64fc", 32, timed<zppsCplxToReal_64fc>},
+    {"RealToCplx_64f", 32, timed<zppsRealToCplx_64f>},
+    {"Magnitude_64fc", 24, timed<zppsMagnitude_64fc>},
+    {"Magnitude_64f", 24, timed<zppsMagnitude_64f>},
+    {"Magnitude_32sc_Sfs", 12, timed<zppsMagnitude_32sc_Sfs, 1>},
+    {"MagSquared_32sc32s_Sfs", 12, timed<zppsMagSquared_32sc32s_Sfs, 32>},
+    {"PowerSpectr_64fc", 24, timed<zppsPowerSpectr_64fc>},
+    {"PowerSpectr_64f", 24, timed<zppsPowerSpectr_64f>},
+    {"Normalize_64f", 16, timed<zppsNormalize_64f>},
+    {"Normalize_64fc", 32, timed<zppsNormalize_64fc>},
+};
+
 }  // namespace
 }  // namespace zpp::bench

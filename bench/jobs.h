@@ -55,20 +55,23 @@ T* vector(int which) {
         return static_cast<T*>(const_cast<void*>(vectorOf(static_cast<const T*>(nullptr), which)));
 }
 
-// The arguments in their order: pointers to constants are sources, others the destination; of integers, which
+// The arguments in their order: pointers to constants are sources, others destinations; of integers, which
 // a constant may come before, the first is the length, more of them are `more`, in turn.
 struct Arguments {
     int len;
     const int* more;
     bool needsConstant = false;
     bool needsLength = true;
-    int sources = 0;
+    int sources = 0, destinations = 0;
+
+    // The last vectors; what has more destinations, as reductions have, writes single numbers.
+    int nextDestination() { return kVectors - 1 - destinations++ % 2; }
 
     template <class P>
     P next() {
         if constexpr (std::is_pointer_v<P>) {
             using T = std::remove_pointer_t<P>;
-            return vector<std::remove_const_t<T>>(std::is_const_v<T> ? sources++ : kVectors - 1);
+            return vector<std::remove_const_t<T>>(std::is_const_v<T> ? sources++ : nextDestination());
         } else if constexpr (std::is_integral_v<P>) {
             if (std::exchange(needsConstant, false)) return 1000003;
             return std::exchange(needsLength, false) ? len : *more++;

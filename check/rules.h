@@ -18,7 +18,7 @@ using Bytes = std::vector<unsigned char>;
 // What the sizes and the choices of one call follow from.
 struct Case {
     int length;
-    int variant;  // chooses among flags and the like; odd: optional arguments are left out
+    int variant;  // chooses among flags and the like; odd: an optional argument is left out
     Data data;
 };
 

@@ -1,5 +1,6 @@
 #include "check/trial.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -160,8 +161,13 @@ class Trial {
     }
 
     bool isReplaced(std::size_t i) const { return layout_.replaced == static_cast<int>(i); }
+    // One of those that may be null, in turn.
     bool isLeftOut(std::size_t i) const {
-        return in_.sizes.variant % 2 != 0 && mayBeNull(f_, f_.arguments[i]);
+        const auto optional = [this](const Argument& a) { return mayBeNull(f_, a); };
+        if (in_.sizes.variant % 2 == 0 || !optional(f_.arguments[i])) return false;
+        const auto first = f_.arguments.begin(), here = first + static_cast<std::ptrdiff_t>(i);
+        const auto all = std::count_if(first, f_.arguments.end(), optional);
+        return std::count_if(first, here, optional) == in_.sizes.variant / 2 % all;
     }
 
     void prepare() {

@@ -35,6 +35,11 @@ ZPP_INLINE Complex<V> select(M condition, Complex<V> a, Complex<V> b) {
     return {select(condition, a.re, b.re), select(condition, a.im, b.im)};
 }
 
+template <class V>
+ZPP_INLINE Complex<V> conjugate(Complex<V> z) {
+    return {z.re, -z.im};
+}
+
 // a * conj(b)
 template <class A, class B>
 ZPP_INLINE auto productConj(Complex<A> a, Complex<B> b) {
@@ -130,6 +135,18 @@ template <class V>
 ZPP_INLINE V pairsOf(double re, double im) {
     return repeated<V>(Vec<double, 2>{re, im});
 }
+
+template <class V>
+ZPP_INLINE ComplexPairs<V> conjugate(ComplexPairs<V> z) {
+    return {exclusiveOr(z.v, pairsOf<V>(0.0, -0.0))};
+}
+
+// The numbers in reverse order.
+template <class V>
+ZPP_INLINE ComplexPairs<V> reverseLanes(ComplexPairs<V> z) {
+    return {reversePairs(z.v)};
+}
+ZPP_INLINE Complex<double> reverseLanes(Complex<double> z) { return z; }
 
 template <class V>
 ZPP_INLINE ComplexPairs<V> operator+(ComplexPairs<V> a, ComplexPairs<V> b) {

@@ -6,6 +6,7 @@
 //     elementwise32(op, pDst, len, pSrc...)                op on lanes of 32 bits, whatever the types are
 //     elementwiseSteps<N>(compute, put, pDst, len, pSrc...)    with loads and stores of the caller's own
 //     withConstant(op, pSrc, val, pDst, len)               op(x, val), as elementwise
+//     flipped(op, pDst, len, pSrc)                         op of the elements from the last to the first
 //     withWarning(warning, run)                            the warning where run(&met) has set met
 //     unchanged(pSrc, pDst, len)                           the elements as they are
 //     zeroed(pSrc, pDst, len)                              zeros, whatever they are
@@ -72,6 +73,22 @@ ZPP_INLINE ZppStatus elementwise32(Op op, D* pDst, int len, const S*... pSrc) {
 template <class Op, class T>
 ZPP_INLINE ZppStatus withConstant(Op op, const T* pSrc, T val, T* pDst, int len) {
     return elementwise([=](auto x) { return op(x, inRegister<decltype(x)>(val)); }, pDst, len, pSrc);
+}
+
+// op gets registers of elements in their own order, which it reverses. The vectors do not overlap.
+template <class Op, class T>
+ZPP_INLINE ZppStatus flipped(Op op, T* pDst, int len, const T* pSrc) {
+    if (const ZppStatus error = checkVectors(len, pSrc, pDst)) return error;
+    const size_t count = static_cast<size_t>(len);
+    const uintptr_t end = reinterpret_cast<uintptr_t>(pSrc + count);
+    forEachStep<kStep<T>, true>(
+        count, pDst, sizeof(T),
+        [=](auto lanes, size_t i) {
+            constexpr size_t n = decltype(lanes)::value;
+            return op(loadElements<n>(reinterpret_cast<const T*>(end - (i + n) * sizeof(T))));
+        },
+        [=](auto, size_t i, auto v) { storeElements(pDst + i, v); });
+    return zppStatusOk;
 }
 
 // run(&met), and the warning instead of its status where an element has set it.

@@ -111,4 +111,15 @@ ZPP_INLINE auto saturatedTo32(V v) {
     }
 }
 
+// The even lanes of 32 bits, then the odd ones.
+template <class V, int... I>
+ZPP_INLINE V evenBeforeOdd(V v, std::integer_sequence<int, I...>) {
+    constexpr int half = sizeof...(I) / 2;
+    return shuffle<(I < half ? 2 * I : 2 * (I - half) + 1)...>(v, v);
+}
+template <class V>
+ZPP_INLINE V evenBeforeOdd(V v) {
+    return evenBeforeOdd(v, std::make_integer_sequence<int, sizeof(V) / sizeof(int32_t)>());
+}
+
 }  // namespace zpp::ZPP_ISA

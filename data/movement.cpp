@@ -2,8 +2,7 @@
 // are never loaded as such, since the x87 unit would change a signalling NaN on the way.
 #include "core/move.h"
 
-#include "core/checks.h"
-#include "core/loops.h"
+#include "core/elementwise.h"
 #include "data/exports.h"
 
 namespace zpp::ZPP_ISA {
@@ -73,18 +72,8 @@ ZppStatus zppsZero_64f(Zpp64f* pDst, int len) { return zero(pDst, len); }
 ZppStatus zppsZero_64fc(Zpp64fc* pDst, int len) { return zero(pDst, len); }
 
 ZppStatus zppsFlip_64f(const Zpp64f* pSrc, Zpp64f* pDst, int len) {
-    if (const ZppStatus error = checkVectors(len, pSrc, pDst)) return error;
-    const size_t count = static_cast<size_t>(len);
-    const uintptr_t end = reinterpret_cast<uintptr_t>(pSrc + count);
-    forEachStep<kLanes<uint64_t>, true>(
-        count, pDst, sizeof(Zpp64f),
-        [=](auto lanes, size_t i) {
-            constexpr size_t n = decltype(lanes)::value;
-            return reverseLanes(
-                load<Vec<uint64_t, n>>(reinterpret_cast<const Zpp64f*>(end - (i + n) * sizeof(Zpp64f))));
-        },
-        [=](auto, size_t i, auto v) { store(pDst + i, v); });
-    return zppStatusOk;
+    return flipped([](auto v) { return reverseLanes(v); }, reinterpret_cast<uint64_t*>(pDst), len,
+                   reinterpret_cast<const uint64_t*>(pSrc));
 }
 
 ZppStatus zppsFlip_64f_I(Zpp64f* pSrcDst, int len) {

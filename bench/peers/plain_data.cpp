@@ -140,5 +140,58 @@ double inverted(double x, double level) {
                timed<levelLoop<[](double x, double level) { return inverted(x, level); }, double>>},
           });
 
+void conjugateReversed(const Zpp64fc* __restrict src, Zpp64fc* __restrict dst, int len) {
+    for (int i = 0; i < len; ++i) dst[len - 1 - i] = {src[i].re, -src[i].im};
+}
+void takeApart(const Zpp64fc* __restrict src, double* __restrict re, double* __restrict im, int len) {
+    for (int i = 0; i < len; ++i) {
+        re[i] = src[i].re;
+        im[i] = src[i].im;
+    }
+}
+inline double power(double re, double im) { return re * re + im * im; }
+inline int magnitude(Zpp32sc z) {
+    const double y = std::sqrt(power(z.re, z.im)) * 0.5 + 0.5;
+    return y > 2147483647.0 ? 2147483647 : static_cast<int>(y);
+}
+inline int squared(Zpp32sc z) {
+    // Of 64 bits without a sign: 2^63 is one of the sums.
+    const auto square = [](long long x) { return static_cast<unsigned long long>(x * x); };
+    const unsigned long long sum = square(z.re) + square(z.im);
+    const unsigned long long y = (sum + 0x7FFFFFFF + (sum >> 32 & 1)) >> 32;
+    return y > 2147483647 ? 2147483647 : static_cast<int>(y);
+}
+template <class T, class Less>
+void normalize(const T* __restrict src, T* __restrict dst, int len, Less less, double vdiv) {
+    const double scale = 1 / vdiv;
+    for (int i = 0; i < len; ++i) {
+        if constexpr (std::is_same_v<T, double>)
+            dst[i] = (src[i] - less) * scale;
+        else
+            dst[i] = {(src[i].re - less.re) * scale, (src[i].im - less.im) * scale};
+    }
+}
+
+[[maybe_unused]] const Peers complexVectors(
+    kWho, {
+              {"Conj_64fc", map<[](Zpp64fc z) {
+                   return Zpp64fc{z.re, -z.im};
+               }>},
+              {"ConjFlip_64fc", timed<conjugateReversed>},
+              {"Real_64fc", map<[](Zpp64fc z) { return z.re; }>},
+              {"CplxToReal_64fc", timed<takeApart>},
+              {"RealToCplx_64f", map<[](double re, double im) {
+                   return Zpp64fc{re, im};
+               }>},
+              {"Magnitude_64fc", map<[](Zpp64fc z) { return std::sqrt(power(z.re, z.im)); }>},
+              {"Magnitude_64f", map<[](double re, double im) { return std::sqrt(power(re, im)); }>},
+              {"Magnitude_32sc_Sfs", map<magnitude>},
+              {"MagSquared_32sc32s_Sfs", map<squared>},
+              {"PowerSpectr_64fc", map<[](Zpp64fc z) { return power(z.re, z.im); }>},
+              {"PowerSpectr_64f", map<power>},
+              {"Normalize_64f", timed<normalize<double, double>>},
+              {"Normalize_64fc", timed<normalize<Zpp64fc, Zpp64fc>>},
+          });
+
 }  // namespace
 }  // namespace zpp::bench

@@ -6,6 +6,7 @@ namespace {
 
 constexpr Promised kPromises[] = {
     {"zppsCopy_* zppsMove_* zppsSet_* zppsZero_* zppsFlip_* zppsSwapBytes_*", Promise::kBits},
+    {"zppsReal_64fc zppsImag_64fc zppsCplxToReal_64fc zppsRealToCplx_64f", Promise::kBits},
     {"zppsConvert_16f32f", Promise::kBits},
     {"*", Promise::kValues},
 };
@@ -25,7 +26,7 @@ double relOp(const Function&, const Case&, test::Random& random) {
     constexpr int kOperators[] = {zppCmpLess, zppCmpGreater, 7};
     return kOperators[random.below(3)];
 }
-constexpr double kBelowZero[] = {-1, -1e-310}, kFarBelow[] = {-3};
+constexpr double kBelowZero[] = {-1, -1e-310}, kFarBelow[] = {-3}, kNoDivisors[] = {0, -0.0, 1e-310, -1e-310};
 
 constexpr Number kNumbers[] = {
     {"zppsThreshold_*64fc* zppsThreshold_LTInv_64f*", "level", level, kBelowZero,
@@ -37,7 +38,13 @@ constexpr Number kNumbers[] = {
      }},
     {"zppsThreshold_LTValGTVal_64f*", "levelGT", level, kFarBelow, zppStatusThresholdBounds},
     {"zppsThreshold_*", "level value valueLT valueGT", nullptr},
+    {"zppsNormalize_*", "vsub", nullptr},
+    {"zppsNormalize_*", "vdiv",
+     [](const Function&, const Case&, test::Random& random) { return random.uniform(-4, 4); }, kNoDivisors,
+     zppStatusDivideByZeroError},
 };
+
+constexpr Optional kOptional[] = {{"zppsRealToCplx_64f", "pSrcRe pSrcIm"}};
 
 }  // namespace
 
@@ -45,6 +52,7 @@ const Rules kDataRules = {.folder = "data",
                           .promises = kPromises,
                           .extents = kExtents,
                           .numbers = kNumbers,
-                          .neverShared = "zppsCopy_* zppsFlip_64f"};
+                          .optional = kOptional,
+                          .neverShared = "zppsCopy_* zppsFlip_64f zppsConjFlip_64fc"};
 
 }  // namespace zpp::check

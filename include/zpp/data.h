@@ -191,4 +191,51 @@ ZPP_EXPORT(ZppStatus, zppsThreshold_LTInv_64f_I, (Zpp64f* pSrcDst, int len, Zpp6
 ZPP_EXPORT(ZppStatus, zppsThreshold_LTInv_64fc, (const Zpp64fc* pSrc, Zpp64fc* pDst, int len, Zpp64f level))
 ZPP_EXPORT(ZppStatus, zppsThreshold_LTInv_64fc_I, (Zpp64fc* pSrcDst, int len, Zpp64f level))
 
+/* Complex and polar
+ *
+ * Complex vectors taken apart, put together and measured. All vectors hold len elements; pDst may be the same array as
+ * a source of its own type, but not overlap it in part, nor any source of another type. A form in place gives the
+ * results of the one out of place. Each operation is rounded to double, without care for what leaves the range on the
+ * way: a magnitude whose square overflows is infinite.
+ *
+ * Returned, in this order of checks: -8 for a null pointer; -6 for len <= 0. Calls in several threads may share
+ * sources. */
+
+/* (re, -im) */
+ZPP_EXPORT(ZppStatus, zppsConj_64fc, (const Zpp64fc* pSrc, Zpp64fc* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsConj_64fc_I, (Zpp64fc* pSrcDst, int len))
+
+/* pDst[len - 1 - i] = (re, -im) of pSrc[i]. The vectors do not overlap. */
+ZPP_EXPORT(ZppStatus, zppsConjFlip_64fc, (const Zpp64fc* pSrc, Zpp64fc* pDst, int len))
+
+/* One part of each element, or both, into vectors that do not overlap; every bit is kept, of a NaN too. */
+ZPP_EXPORT(ZppStatus, zppsReal_64fc, (const Zpp64fc* pSrc, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsImag_64fc, (const Zpp64fc* pSrc, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsCplxToReal_64fc, (const Zpp64fc* pSrc, Zpp64f* pDstRe, Zpp64f* pDstIm, int len))
+
+/* (pSrcRe[i], pSrcIm[i]), with every bit. One of the sources may be null: that part is 0 in all elements. Returned, in
+ * this order of checks: -8 for a null pDst; -6 for len <= 0; -8 if both sources are null. */
+ZPP_EXPORT(ZppStatus, zppsRealToCplx_64f, (const Zpp64f* pSrcRe, const Zpp64f* pSrcIm, Zpp64fc* pDst, int len))
+
+/* sqrt(re re + im im) */
+ZPP_EXPORT(ZppStatus, zppsMagnitude_64fc, (const Zpp64fc* pSrc, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsMagnitude_64f, (const Zpp64f* pSrcRe, const Zpp64f* pSrcIm, Zpp64f* pDst, int len))
+
+/* sqrt(re re + im im) * 2^-scaleFactor + 0.5, the result of each operation rounded to double, without what is behind
+ * the point: a tie goes up. Saturated; for every scaleFactor. */
+ZPP_EXPORT(ZppStatus, zppsMagnitude_32sc_Sfs, (const Zpp32sc* pSrc, Zpp32s* pDst, int len, int scaleFactor))
+
+/* (re re + im im) * 2^-scaleFactor, exact, then rounded to nearest, ties to even, and saturated; for every
+ * scaleFactor. */
+ZPP_EXPORT(ZppStatus, zppsMagSquared_32sc32s_Sfs, (const Zpp32sc* pSrc, Zpp32s* pDst, int len, int scaleFactor))
+
+/* re re + im im */
+ZPP_EXPORT(ZppStatus, zppsPowerSpectr_64fc, (const Zpp64fc* pSrc, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsPowerSpectr_64f, (const Zpp64f* pSrcRe, const Zpp64f* pSrcIm, Zpp64f* pDst, int len))
+
+/* (pSrc[i] - vsub) * (1 / vdiv), with the reciprocal formed once, of both parts alike. Returned also, after the others:
+ * -10 for |vdiv| < 2^-1022, which zeros and subnormal numbers are; a NaN is no error. */
+ZPP_EXPORT(ZppStatus, zppsNormalize_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int len, Zpp64f vsub, Zpp64f vdiv))
+ZPP_EXPORT(ZppStatus, zppsNormalize_64fc, (const Zpp64fc* pSrc, Zpp64fc* pDst, int len, Zpp64fc vsub, Zpp64f vdiv))
+
 #endif
