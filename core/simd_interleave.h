@@ -23,6 +23,20 @@ ZPP_INLINE Halves<V> interleaved(V a, V b, std::integer_sequence<int, I...>) {
 template <class V>
 using LaneIndices = std::make_integer_sequence<int, sizeof(V) / sizeof(Lane<V>)>;
 
+template <class V>
+ZPP_INLINE Halves<V> deinterleaved(V a, V b) {
+#ifdef __AVX2__
+    // GCC 12 makes two shuffles and a blend of one of integers.
+    if constexpr (sizeof(V) == 32 && sizeof(Lane<V>) == 4) {
+        const auto x = bitCast<__m256>(a), y = bitCast<__m256>(b);
+        const auto even = bitCast<Vec<double, 4>>(_mm256_shuffle_ps(x, y, 0x88));
+        const auto odd = bitCast<Vec<double, 4>>(_mm256_shuffle_ps(x, y, 0xDD));
+        return {bitCast<V>(shuffle<0, 2, 1, 3>(even, even)), bitCast<V>(shuffle<0, 2, 1, 3>(odd, odd))};
+    } else
+#endif
+        return deinterleaved(a, b, LaneIndices<V>());
+}
+
 #ifdef __AVX2__
 // 16 bytes each from two places.
 template <class V>
@@ -50,7 +64,7 @@ ZPP_INLINE Halves<V> loadDeinterleaved(const T* p) {
     }
 #endif
     else
-        return deinterleaved(load<V>(p), load<V>(p + n), LaneIndices<V>());
+        return deinterleaved(load<V>(p), load<V>(p + n));
 }
 
 // The inverse: registers to be stored in turn. A pair of single elements is one already.

@@ -5,7 +5,8 @@
 
 #include <utility>
 
-#include "core/simd_convert.h"
+#include "core/simd_fold.h"
+#include "core/simd_interleave.h"
 
 namespace zpp::ZPP_ISA {
 
@@ -80,6 +81,19 @@ ZPP_INLINE auto products(V a, V b) {
 #endif
 }
 
+// The squares of the even and of the odd lanes, which have no sign.
+template <class V>
+ZPP_INLINE auto squares(V v) {
+#if defined(__SSE2__) && !defined(__AVX2__)
+    if constexpr (sizeof(V) == 16 && !kIsHalves<V>) {
+        const auto even = asRegister(magnitudeOfInts(asUnsigned(v))), odd = _mm_srli_epi64(even, 32);
+        using Wide = Vec<uint64_t>;
+        return halves(bitCast<Wide>(_mm_mul_epu32(even, even)), bitCast<Wide>(_mm_mul_epu32(odd, odd)));
+    } else
+#endif
+        return mapRegisters([](auto square) ZPP_INLINE_LAMBDA { return asUnsigned(square); }, products(v, v));
+}
+
 // a + b of 64-bit lanes, which wraps around.
 template <class V>
 ZPP_INLINE V wrappingSum(V a, V b) {
@@ -111,15 +125,17 @@ ZPP_INLINE auto saturatedTo32(V v) {
     }
 }
 
-// The even lanes of 32 bits, then the odd ones.
-template <class V, int... I>
-ZPP_INLINE V evenBeforeOdd(V v, std::integer_sequence<int, I...>) {
-    constexpr int half = sizeof...(I) / 2;
-    return shuffle<(I < half ? 2 * I : 2 * (I - half) + 1)...>(v, v);
-}
+// Registers of 64-bit lanes without a sign saturated to 32 bits with one, in their order.
 template <class V>
-ZPP_INLINE V evenBeforeOdd(V v) {
-    return evenBeforeOdd(v, std::make_integer_sequence<int, sizeof(V) / sizeof(int32_t)>());
+ZPP_INLINE auto saturatedInOrder(V v) {
+    constexpr int32_t upper = kRange<int32_t>.upper;
+    if constexpr (std::is_arithmetic_v<V>) {
+        return static_cast<int32_t>(v > uint64_t{upper} ? upper : v);
+    } else {
+        using Ints = Vec<int32_t, sizeof(v.low) / sizeof(int32_t)>;
+        const auto words = deinterleaved(bitCast<Ints>(v.low), bitCast<Ints>(v.high));
+        return select((words.high | words.low >> 31) == 0, words.low, broadcast<Ints>(upper));
+    }
 }
 
 }  // namespace zpp::ZPP_ISA

@@ -1,6 +1,6 @@
 // Complex vectors taken apart, put together and measured.
-#include "core/scaled.h"
-#include "core/simd_interleave.h"
+#include "core/elementwise.h"
+#include "core/simd_wide.h"
 #include "data/exports.h"
 
 namespace zpp::ZPP_ISA {
@@ -33,6 +33,17 @@ inline ZppStatus ofParts(Op op, const Zpp64f* pSrcRe, const Zpp64f* pSrcIm, Zpp6
         pDst, len, pSrcRe, pSrcIm);
 }
 
+// The parts of N numbers, each in a register or several.
+template <int N>
+ZPP_INLINE auto loadApart(const Zpp64f* p) {
+    if constexpr (N <= kLanes<Bits>) {
+        return loadDeinterleaved<Vec<Bits, N>>(p);
+    } else {
+        const auto low = loadApart<N / 2>(p), high = loadApart<N / 2>(p + N);
+        return halves(halves(low.low, high.low), halves(low.high, high.high));
+    }
+}
+
 // pDst[i] = (re, im), which join makes of elements of the sources.
 template <class Join, class... S>
 inline ZppStatus joined(Join join, Zpp64fc* pDst, int len, const S*... pSrc) {
@@ -42,13 +53,24 @@ inline ZppStatus joined(Join join, Zpp64fc* pDst, int len, const S*... pSrc) {
         [](Zpp64fc* p, auto z) ZPP_INLINE_LAMBDA { storeRegisters(&p->re, z); }, pDst, len, pSrc...);
 }
 
-// A sum of squares is 2^63 where both parts are -2^31, and 2^31 away from it elsewhere. As in the product of
-// complex integers, 2^63 - 2^31 has the same result at every scale factor.
+// re re + im im, at most 2^63.
 template <class V>
 ZPP_INLINE auto exactSquaredNorm(V z) {
-    const auto squares = products(z, z);
-    const auto sum = wrappingSum(squares.low, squares.high);
-    return select(sum < 0, broadcast<decltype(sum)>(INT64_MAX - INT32_MAX), sum);
+    const auto parts = squares(z);
+    return parts.low + parts.high;
+}
+
+// run(scale) for such sums: 64 bits without a sign have room for the half that is added to them.
+template <class Run>
+ZPP_INLINE ZppStatus withScaledNorm(int scaleFactor, Run run) {
+    if (scaleFactor <= 0) {
+        const SaturatedShiftLeft<int32_t> shift(-clamp(scaleFactor, -31, 0), kRange<int32_t>);
+        return run([=](auto norms) ZPP_INLINE_LAMBDA { return shift(saturatedInOrder(norms)); });
+    }
+    if (scaleFactor > 63)  // at most a half
+        return run([](auto norms) ZPP_INLINE_LAMBDA { return decltype(saturatedInOrder(norms)){}; });
+    const RoundedShiftRightOfSmall<uint64_t> shift(scaleFactor);
+    return run([=](auto norms) ZPP_INLINE_LAMBDA { return saturatedInOrder(mapRegisters(shift, norms)); });
 }
 
 inline ZppStatus checkDivisor(double vdiv, int len, const void* pSrc, const void* pDst) {
@@ -75,14 +97,19 @@ ZppStatus zppsImag_64fc(const Zpp64fc* pSrc, Zpp64f* pDst, int len) {
 }
 ZppStatus zppsCplxToReal_64fc(const Zpp64fc* pSrc, Zpp64f* pDstRe, Zpp64f* pDstIm, int len) {
     if (const ZppStatus error = checkVectors(len, pSrc, pDstRe, pDstIm)) return error;
-    forEachStep<kLanes<Bits>>(
-        static_cast<size_t>(len), pDstRe, sizeof(Zpp64f),
-        [=](auto lanes, size_t i)
-            ZPP_INLINE_LAMBDA { return loadDeinterleaved<Vec<Bits, decltype(lanes)::value>>(&pSrc[i].re); },
-        [=](auto, size_t i, auto parts) ZPP_INLINE_LAMBDA {
-            store(pDstRe + i, parts.low);
-            store(pDstIm + i, parts.high);
-        });
+    // As many as fill a line of the cache: to change between the vectors within one takes twice as long.
+    constexpr int n = kVectorBytes == 0 ? 1 : 64 / sizeof(Zpp64f);
+    const size_t count = static_cast<size_t>(len);
+    const auto load = [=](auto lanes, size_t i)
+                          ZPP_INLINE_LAMBDA { return loadApart<decltype(lanes)::value>(&pSrc[i].re); };
+    const auto put = [=](auto, size_t i, auto parts) ZPP_INLINE_LAMBDA {
+        storeRegisters(pDstRe + i, parts.low);
+        storeRegisters(pDstIm + i, parts.high);
+    };
+    if (count < n)
+        forEachStep<kLanes<Bits>>(count, pDstRe, sizeof(Zpp64f), load, put);
+    else
+        forEachStep<n>(count, pDstRe, sizeof(Zpp64f), load, put);
     return zppStatusOk;
 }
 
@@ -112,15 +139,15 @@ ZppStatus zppsMagnitude_32sc_Sfs(const Zpp32sc* pSrc, Zpp32s* pDst, int len, int
         [](Zpp32s* p, auto v) ZPP_INLINE_LAMBDA { storeAsInts<Rounding::kZero>(p, v); }, pDst, len, pSrc);
 }
 ZppStatus zppsMagSquared_32sc32s_Sfs(const Zpp32sc* pSrc, Zpp32s* pDst, int len, int scaleFactor) {
-    return withScaledProduct<Lanes64::kPairs>(scaleFactor, [=](auto scale) ZPP_INLINE_LAMBDA {
+    return withScaledNorm(scaleFactor, [=](auto scale) ZPP_INLINE_LAMBDA {
         return elementwiseSteps<kLanes<int32_t>>(
             [=](auto lanes, const Zpp32sc* p) ZPP_INLINE_LAMBDA {
                 constexpr int n = decltype(lanes)::value;
                 if constexpr (n == 1)
                     return scale(exactSquaredNorm(loadElements<1>(p)));
                 else
-                    return evenBeforeOdd(scale(halves(exactSquaredNorm(loadElements<n / 2>(p)),
-                                                      exactSquaredNorm(loadElements<n / 2>(p + n / 2)))));
+                    return scale(halves(exactSquaredNorm(loadElements<n / 2>(p)),
+                                        exactSquaredNorm(loadElements<n / 2>(p + n / 2))));
             },
             [](Zpp32s* p, auto v) ZPP_INLINE_LAMBDA { store(p, v); }, pDst, len, pSrc);
     });
