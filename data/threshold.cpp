@@ -10,10 +10,20 @@ constexpr auto isBelow = [](auto x, auto level) { return x < level; };
 constexpr auto isAbove = [](auto x, auto level) { return x > level; };
 constexpr auto isBelowOrNan = [](auto x, auto level) { return (x >= level) == 0; };
 
-template <class T, class Chosen>
-inline ZppStatus replace(Chosen chosen, const T* pSrc, T* pDst, int len, T level, T value) {
+template <class Chosen>
+inline ZppStatus replace(Chosen chosen, const Zpp64f* pSrc, Zpp64f* pDst, int len, double level,
+                         double value) {
     return elementwise([=](auto x) { return select(chosen(x, level), broadcast<decltype(x)>(value), x); },
                        pDst, len, pSrc);
+}
+
+// Where x is the level or not ordered with it, these give their second operand.
+template <class T>
+inline ZppStatus raise(const T* pSrc, T* pDst, int len, T level) {
+    return elementwise([=](auto x) { return max(broadcast<decltype(x)>(level), x); }, pDst, len, pSrc);
+}
+inline ZppStatus lower(const Zpp64f* pSrc, Zpp64f* pDst, int len, double level) {
+    return elementwise([=](auto x) { return min(broadcast<decltype(x)>(level), x); }, pDst, len, pSrc);
 }
 
 inline ZppStatus checkLevel(double level, int len, const void* pSrc, const void* pDst) {
@@ -26,7 +36,7 @@ inline double squareOf(double level) {
     return stored(product(level, level));
 }
 
-// with(z, norm) where the squared magnitude is chosen.
+// with(z, norm, chosen), where any squared magnitudes are chosen.
 template <class Chosen, class With>
 inline ZppStatus replaceComplex(Chosen chosen, With with, const Zpp64fc* pSrc, Zpp64fc* pDst, int len,
                                 double level) {
@@ -36,7 +46,7 @@ inline ZppStatus replaceComplex(Chosen chosen, With with, const Zpp64fc* pSrc, Z
         [=](auto z) ZPP_INLINE_LAMBDA {
             const auto norm = squaredNorm(z);
             const auto replaced = chosen(norm, square);
-            return any(replaced) ? select(replaced, with(z, norm), z) : z;
+            return any(replaced) ? with(z, norm, replaced) : z;
         },
         pDst, len, pSrc);
 }
@@ -44,12 +54,17 @@ inline ZppStatus replaceComplex(Chosen chosen, With with, const Zpp64fc* pSrc, Z
 template <class Chosen>
 inline ZppStatus clampMagnitude(Chosen chosen, const Zpp64fc* pSrc, Zpp64fc* pDst, int len, double level) {
     const double square = squareOf(level);
-    const auto scaled = [=](auto z, auto norm) ZPP_INLINE_LAMBDA {
+    const auto scaled = [=](auto z, auto norm, auto replaced) ZPP_INLINE_LAMBDA {
         using V = decltype(norm);
+        const V one = broadcast<V>(1.0);  // the factor of the others
         const auto zero = norm == 0;
-        const V divisor = select(zero, broadcast<V>(1.0), norm);
-        const auto moved = product(z, stored(squareRoot(quotient(broadcast<V>(square), divisor))));
-        return select(zero, Complex<V>{broadcast<V>(level), V{}}, moved);
+        const V ratio = quotient(select(replaced, broadcast<V>(square), one),
+                                 select(replaced, select(zero, one, norm), one));
+        const auto moved = product(z, stored(squareRoot(ratio)));
+        const auto directionless = replaced & zero;
+        if (!any(directionless)) [[likely]]
+            return moved;
+        return select(directionless, Complex<V>{broadcast<V>(level), V{}}, moved);
     };
     return replaceComplex(chosen, scaled, pSrc, pDst, len, level);
 }
@@ -57,34 +72,40 @@ inline ZppStatus clampMagnitude(Chosen chosen, const Zpp64fc* pSrc, Zpp64fc* pDs
 template <class Chosen>
 inline ZppStatus replaceByValue(Chosen chosen, const Zpp64fc* pSrc, Zpp64fc* pDst, int len, double level,
                                 Zpp64fc value) {
-    const auto constant = [=](auto, auto norm) ZPP_INLINE_LAMBDA {
+    const auto constant = [=](auto z, auto norm, auto replaced) ZPP_INLINE_LAMBDA {
         using V = decltype(norm);
-        return Complex<V>{broadcast<V>(value.re), broadcast<V>(value.im)};
+        return select(replaced, Complex<V>{broadcast<V>(value.re), broadcast<V>(value.im)}, z);
     };
     return replaceComplex(chosen, constant, pSrc, pDst, len, level);
 }
 
-// 1 / x, but no larger than 1 / level. A NaN counts as zero.
-struct InvertReal {
-    double level;
+// 1 / x. A NaN counts as zero.
+struct Invert {
     bool* zeroMet;
 
     template <class V>
     ZPP_INLINE V operator()(V x) const {
-        const auto small = (magnitude(x) > level) == 0;
-        if (!any(small)) [[likely]]
-            return quotient(broadcast<V>(1.0), x);
-        if (level == 0) {
-            *zeroMet = true;
-            const V inverse = quotient(broadcast<V>(1.0), select(small, broadcast<V>(1.0), x));
-            return select(small, broadcast<V>(__builtin_inf()), inverse);
-        }
-        const V inverse = quotient(broadcast<V>(1.0), select(small, broadcast<V>(level), x));
-        return select(small & (x < 0), -inverse, inverse);
+        const V one = broadcast<V>(1.0);
+        const auto zero = ((x < 0) | (x > 0)) == 0;
+        if (!any(zero)) [[likely]]
+            return quotient(one, x);
+        *zeroMet = true;
+        return select(zero, broadcast<V>(__builtin_inf()), quotient(one, select(zero, one, x)));
     }
 };
 
-// The same of complex numbers: (re, -im) / d, where d is the squared magnitude, or less of the small ones.
+// The same of no larger magnitude than 1 / level.
+struct InvertBounded {
+    double level;
+
+    template <class V>
+    ZPP_INLINE V operator()(V x) const {
+        const V bound = select(x < 0, broadcast<V>(-level), broadcast<V>(level));
+        return quotient(broadcast<V>(1.0), select(magnitude(x) > level, x, bound));
+    }
+};
+
+// Of complex numbers (re, -im) / d, where d is the squared magnitude, or less of the small ones.
 struct InvertComplex {
     double level, square;
     bool* zeroMet;
@@ -111,8 +132,7 @@ struct InvertComplex {
 }  // namespace
 
 ZppStatus zppsThreshold_64f(const Zpp64f* pSrc, Zpp64f* pDst, int len, Zpp64f level, ZppCmpOp relOp) {
-    return relOp == zppCmpGreater ? replace(isAbove, pSrc, pDst, len, level, level)
-                                  : replace(isBelow, pSrc, pDst, len, level, level);
+    return relOp == zppCmpGreater ? lower(pSrc, pDst, len, level) : raise(pSrc, pDst, len, level);
 }
 ZppStatus zppsThreshold_64f_I(Zpp64f* pSrcDst, int len, Zpp64f level, ZppCmpOp relOp) {
     return zppsThreshold_64f(pSrcDst, pSrcDst, len, level, relOp);
@@ -151,7 +171,7 @@ ZppStatus zppsThreshold_GT_64fc_I(Zpp64fc* pSrcDst, int len, Zpp64f level) {
 }
 
 ZppStatus zppsThreshold_LT_32s(const Zpp32s* pSrc, Zpp32s* pDst, int len, Zpp32s level) {
-    return replace(isBelow, pSrc, pDst, len, level, level);
+    return raise(pSrc, pDst, len, level);
 }
 ZppStatus zppsThreshold_LT_32s_I(Zpp32s* pSrcDst, int len, Zpp32s level) {
     return zppsThreshold_LT_32s(pSrcDst, pSrcDst, len, level);
@@ -202,9 +222,9 @@ ZppStatus zppsThreshold_LTValGTVal_64f_I(Zpp64f* pSrcDst, int len, Zpp64f levelL
 
 ZppStatus zppsThreshold_LTInv_64f(const Zpp64f* pSrc, Zpp64f* pDst, int len, Zpp64f level) {
     if (const ZppStatus error = checkLevel(level, len, pSrc, pDst)) return error;
-    return withWarning(zppStatusInvZero, [=](bool* zeroMet) {
-        return elementwise(InvertReal{level, zeroMet}, pDst, len, pSrc);
-    });
+    if (!(level == 0)) return elementwise(InvertBounded{level}, pDst, len, pSrc);
+    return withWarning(zppStatusInvZero,
+                       [=](bool* zeroMet) { return elementwise(Invert{zeroMet}, pDst, len, pSrc); });
 }
 ZppStatus zppsThreshold_LTInv_64f_I(Zpp64f* pSrcDst, int len, Zpp64f level) {
     return zppsThreshold_LTInv_64f(pSrcDst, pSrcDst, len, level);
