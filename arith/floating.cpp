@@ -14,22 +14,8 @@ constexpr auto addProduct = [](auto a, auto b, auto sum) { return sum + product(
 // The quotient of a zero divisor, by the sign of the dividend.
 template <class V>
 ZPP_INLINE V signedInfinity(V a) {
-    const double quietNan = bitCast<double>(uint64_t{0xFFF8000000000000});
     const V infinity = broadcast<V>(__builtin_inf());
-    return select(a > 0, infinity, select(a < 0, -infinity, broadcast<V>(quietNan)));
-}
-
-// In this form it is one comparison; of (divisor == 0) | (divisor != divisor) GCC 12 takes the mask apart by
-// lanes where there is no AVX.
-template <class V>
-ZPP_INLINE auto zeroOrNan(V divisor) {
-    return ((divisor < 0) | (divisor > 0)) == 0;
-}
-
-// What is divided by instead of a zero divisor: 1, which does not raise the exception of a division by zero.
-template <class M, class V>
-ZPP_INLINE V oneWhere(M zero, V divisor) {
-    return select(zero, broadcast<V>(1.0), divisor);
+    return select(a > 0, infinity, select(a < 0, -infinity, quietNan<V>()));
 }
 
 // The inverse of the squared norm, each operation rounded to double.

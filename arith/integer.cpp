@@ -92,13 +92,13 @@ ZppStatus zppsMul_32s_ISfs(const Zpp32s* pSrc, Zpp32s* pSrcDst, int len, int sca
 }
 
 ZppStatus zppsDiv_32s_Sfs(const Zpp32s* pSrc1, const Zpp32s* pSrc2, Zpp32s* pDst, int len, int scaleFactor) {
-    bool zeroMet = false;
-    // Quotients lie within 2^-31 ... 2^31: at 2^64 and 2^-64 all saturate or vanish.
-    const DivideScaled divide{powerOfTwo<double>(-clamp(scaleFactor, -64, 64)), &zeroMet};
-    const ZppStatus error = elementwiseSteps<kLanes<int32_t>, false, kLanes<double>>(
-        divide, [](Zpp32s* p, auto v) ZPP_INLINE_LAMBDA { storeManyAsInts<Rounding::kNearest>(p, v); }, pDst,
-        len, pSrc1, pSrc2);
-    return zeroMet ? zppStatusDivByZero : error;
+    return withWarning(zppStatusDivByZero, [=](bool* zeroMet) {
+        // Quotients lie within 2^-31 ... 2^31: at 2^64 and 2^-64 all saturate or vanish.
+        const DivideScaled divide{powerOfTwo<double>(-clamp(scaleFactor, -64, 64)), zeroMet};
+        return elementwiseSteps<kLanes<int32_t>, false, kLanes<double>>(
+            divide, [](Zpp32s* p, auto v) ZPP_INLINE_LAMBDA { storeManyAsInts<Rounding::kNearest>(p, v); },
+            pDst, len, pSrc1, pSrc2);
+    });
 }
 ZppStatus zppsDiv_32s_ISfs(const Zpp32s* pSrc, Zpp32s* pSrcDst, int len, int scaleFactor) {
     return zppsDiv_32s_Sfs(pSrc, pSrcDst, pSrcDst, len, scaleFactor);

@@ -21,8 +21,7 @@ struct SquareRoot {
         if (!any(negative)) [[likely]]
             return squareRoot(x);
         *negativeMet = true;
-        const double quietNan = bitCast<double>(uint64_t{0xFFF8000000000000});
-        return select(negative, broadcast<V>(quietNan), squareRoot(select(negative, V{}, x)));
+        return select(negative, quietNan<V>(), squareRoot(select(negative, V{}, x)));
     }
 };
 

@@ -12,14 +12,12 @@
 // - GCC 12 warns of undefined lanes in its own header for most unmasked AVX-512 intrinsics: the masked forms
 //   with all lanes are the same instructions.
 // - GCC 12 loads a vector that several fused multiply-adds use once for each of them: pinned().
-// - GCC 12 makes fused vfmaddsub of a product beside a sum, in spite of -ffp-contract=off, when it vectorises
-// on
-//   its own: automatic vectors are off (cmake/Options.cmake).
+// - GCC 12 makes fused vfmaddsub of a product beside a sum, in spite of -ffp-contract=off, in vectors of its
+//   own: automatic vectors are off (cmake/Options.cmake).
 // - GCC 12 leaves out vzeroupper with -fipa-ra, and takes the stack of 64-bit Windows to be aligned for AVX:
 //   flags in cmake/Isa.cmake.
-// - clang 14 passes a double argument through the x87 unit in builds without SSE2, which quietens a
-// signalling
-//   NaN: functions of core/ that must keep one take references to it.
+// - clang 14 passes a double argument through the x87 unit in builds without SSE2, which makes a signalling
+//   NaN quiet: functions of core/ that must keep one take references to it.
 #pragma once
 
 #include <type_traits>
@@ -210,6 +208,12 @@ ZPP_INLINE V exclusiveOr(V a, V b) {
     return bitCast<V>(bitCast<Bits>(a) ^ bitCast<Bits>(b));
 }
 
+// The NaN that invalid operations give, where it is chosen without one: none raises an exception then.
+template <class V>
+ZPP_INLINE V quietNan() {
+    return broadcast<V>(bitCast<double>(uint64_t{0xFFF8000000000000}));
+}
+
 // The operation that leaves its operand as it is.
 inline constexpr auto itself = [](auto x) ZPP_INLINE_LAMBDA { return x; };
 
@@ -217,6 +221,19 @@ inline constexpr auto itself = [](auto x) ZPP_INLINE_LAMBDA { return x; };
 template <class M, class V>
 ZPP_INLINE V select(M condition, V a, V b) {
     return condition ? a : b;
+}
+
+// In this form it is one comparison; of (divisor == 0) | (divisor != divisor) GCC 12 takes the mask apart by
+// lanes where there is no AVX.
+template <class V>
+ZPP_INLINE auto zeroOrNan(V divisor) {
+    return ((divisor < 0) | (divisor > 0)) == 0;
+}
+
+// What is divided by instead of a zero divisor: 1, which does not raise the exception of a division by zero.
+template <class M, class V>
+ZPP_INLINE V oneWhere(M zero, V divisor) {
+    return select(zero, broadcast<V>(1.0), divisor);
 }
 
 // All lanes, for the masked forms of intrinsics (above).

@@ -36,7 +36,7 @@ inline double squareOf(double level) {
     return stored(product(level, level));
 }
 
-// with(z, norm, chosen), where any squared magnitudes are chosen.
+// with(z, norm) where the squared magnitude is chosen.
 template <class Chosen, class With>
 inline ZppStatus replaceComplex(Chosen chosen, With with, const Zpp64fc* pSrc, Zpp64fc* pDst, int len,
                                 double level) {
@@ -46,7 +46,7 @@ inline ZppStatus replaceComplex(Chosen chosen, With with, const Zpp64fc* pSrc, Z
         [=](auto z) ZPP_INLINE_LAMBDA {
             const auto norm = squaredNorm(z);
             const auto replaced = chosen(norm, square);
-            return any(replaced) ? with(z, norm, replaced) : z;
+            return any(replaced) ? select(replaced, with(z, norm), z) : z;
         },
         pDst, len, pSrc);
 }
@@ -54,17 +54,14 @@ inline ZppStatus replaceComplex(Chosen chosen, With with, const Zpp64fc* pSrc, Z
 template <class Chosen>
 inline ZppStatus clampMagnitude(Chosen chosen, const Zpp64fc* pSrc, Zpp64fc* pDst, int len, double level) {
     const double square = squareOf(level);
-    const auto scaled = [=](auto z, auto norm, auto replaced) ZPP_INLINE_LAMBDA {
+    const auto scaled = [=](auto z, auto norm) ZPP_INLINE_LAMBDA {
         using V = decltype(norm);
-        const V one = broadcast<V>(1.0);  // the factor of the others
         const auto zero = norm == 0;
-        const V ratio = quotient(select(replaced, broadcast<V>(square), one),
-                                 select(replaced, select(zero, one, norm), one));
+        const V ratio = quotient(broadcast<V>(square), oneWhere(zero, norm));
         const auto moved = product(z, stored(squareRoot(ratio)));
-        const auto directionless = replaced & zero;
-        if (!any(directionless)) [[likely]]
+        if (!any(zero)) [[likely]]
             return moved;
-        return select(directionless, Complex<V>{broadcast<V>(level), V{}}, moved);
+        return select(zero, Complex<V>{broadcast<V>(level), V{}}, moved);
     };
     return replaceComplex(chosen, scaled, pSrc, pDst, len, level);
 }
@@ -72,9 +69,9 @@ inline ZppStatus clampMagnitude(Chosen chosen, const Zpp64fc* pSrc, Zpp64fc* pDs
 template <class Chosen>
 inline ZppStatus replaceByValue(Chosen chosen, const Zpp64fc* pSrc, Zpp64fc* pDst, int len, double level,
                                 Zpp64fc value) {
-    const auto constant = [=](auto z, auto norm, auto replaced) ZPP_INLINE_LAMBDA {
+    const auto constant = [=](auto, auto norm) ZPP_INLINE_LAMBDA {
         using V = decltype(norm);
-        return select(replaced, Complex<V>{broadcast<V>(value.re), broadcast<V>(value.im)}, z);
+        return Complex<V>{broadcast<V>(value.re), broadcast<V>(value.im)};
     };
     return replaceComplex(chosen, constant, pSrc, pDst, len, level);
 }
@@ -85,12 +82,12 @@ struct Invert {
 
     template <class V>
     ZPP_INLINE V operator()(V x) const {
-        const V one = broadcast<V>(1.0);
-        const auto zero = ((x < 0) | (x > 0)) == 0;
+        const auto zero = zeroOrNan(x);
+        const V inverse = quotient(broadcast<V>(1.0), oneWhere(zero, x));
         if (!any(zero)) [[likely]]
-            return quotient(one, x);
+            return inverse;
         *zeroMet = true;
-        return select(zero, broadcast<V>(__builtin_inf()), quotient(one, select(zero, one, x)));
+        return select(zero, broadcast<V>(__builtin_inf()), inverse);
     }
 };
 
@@ -113,7 +110,7 @@ struct InvertComplex {
     template <class V>
     ZPP_INLINE Complex<V> operator()(Complex<V> z) const {
         const V norm = squaredNorm(z);
-        const auto zero = ((norm < 0) | (norm > 0)) == 0;
+        const auto zero = zeroOrNan(norm);
         V divisor = norm;
         if (square != 0) {
             const auto small = (norm >= square) == 0;
@@ -123,7 +120,7 @@ struct InvertComplex {
             return {quotient(z.re, divisor), quotient(-z.im, divisor)};
         if (square == 0) *zeroMet = true;
         const double largest = square == 0 ? __builtin_inf() : reciprocal(level);
-        divisor = select(zero, broadcast<V>(1.0), divisor);
+        divisor = oneWhere(zero, divisor);
         const Complex<V> inverse = {quotient(z.re, divisor), quotient(-z.im, divisor)};
         return select(zero, Complex<V>{broadcast<V>(largest), V{}}, inverse);
     }
