@@ -38,6 +38,20 @@ namespace {
     {"Convert_32f16f", 6, timed<zppsConvert_32f16f, zppRoundNear>},
 };
 
+// Codes and words of any bits; singles are beyond full scale.
+[[maybe_unused]] const Jobs companding = {
+    {"LinToALaw_16s8u", 3, timed<zppsLinToALaw_16s8u>},
+    {"LinToALaw_32f8u", 5, timed<zppsLinToALaw_32f8u>},
+    {"LinToMuLaw_16s8u", 3, timed<zppsLinToMuLaw_16s8u>},
+    {"LinToMuLaw_32f8u", 5, timed<zppsLinToMuLaw_32f8u>},
+    {"ALawToLin_8u16s", 3, timed<zppsALawToLin_8u16s>},
+    {"ALawToLin_8u32f", 5, timed<zppsALawToLin_8u32f>},
+    {"MuLawToLin_8u16s", 3, timed<zppsMuLawToLin_8u16s>},
+    {"MuLawToLin_8u32f", 5, timed<zppsMuLawToLin_8u32f>},
+    {"ALawToMuLaw_8u", 2, timed<zppsALawToMuLaw_8u>},
+    {"MuLawToALaw_8u", 2, timed<zppsMuLawToALaw_8u>},
+};
+
 // The level is 1.5, for elements of magnitude 1 to 2.
 [[maybe_unused]] const Jobs thresholds = {
     {"Threshold_LT_64f", 16, timed<zppsThreshold_LT_64f>},

@@ -132,6 +132,36 @@ ZPP_EXPORT(ZppStatus, zppsConvert_32f16f, (const Zpp32f* pSrc, Zpp16f* pDst, int
 ZPP_EXPORT(ZppStatus, zppsSwapBytes_24u, (const Zpp8u* pSrc, Zpp8u* pDst, int len))
 ZPP_EXPORT(ZppStatus, zppsSwapBytes_24u_I, (Zpp8u* pSrcDst, int len))
 
+/* Companding
+ *
+ * Between linear numbers and the codes of eight bits of ITU-T G.711: A-law with its even bits inverted, mu-law with all
+ * bits inverted. All vectors hold len elements and do not overlap; pDst may be the same array as pSrc between the laws.
+ * Returned, in this order of checks: -8 for a null pointer; -6 for len <= 0. Saturation is silent; the results are the
+ * same to the bit in every column. Calls in several threads may share sources. */
+
+/* Linear numbers of 16 bits, of which the laws look at the upper 13 (A) and 14 (mu): the code of the interval that
+ * these fall into. Negative numbers have the code of their complement ~x, with the other sign. */
+ZPP_EXPORT(ZppStatus, zppsLinToALaw_16s8u, (const Zpp16s* pSrc, Zpp8u* pDst, int len))
+
+/* Full scale is 1: the code of pSrc[i] * 32768, rounded to the nearest integer, ties away from zero, and saturated to
+ * [-32768, 32767]. A NaN counts as -32768. */
+ZPP_EXPORT(ZppStatus, zppsLinToALaw_32f8u, (const Zpp32f* pSrc, Zpp8u* pDst, int len))
+
+/* The same in mu-law. */
+ZPP_EXPORT(ZppStatus, zppsLinToMuLaw_16s8u, (const Zpp16s* pSrc, Zpp8u* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsLinToMuLaw_32f8u, (const Zpp32f* pSrc, Zpp8u* pDst, int len))
+
+/* The value of the code, the middle of its interval, as a number of 16 bits: 8 times the values of G.711 in A-law, 4
+ * times those in mu-law, of which both zeros give 0. As 32f it is divided by 32768 (0 is +0). */
+ZPP_EXPORT(ZppStatus, zppsALawToLin_8u16s, (const Zpp8u* pSrc, Zpp16s* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsMuLawToLin_8u16s, (const Zpp8u* pSrc, Zpp16s* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsALawToLin_8u32f, (const Zpp8u* pSrc, Zpp32f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsMuLawToLin_8u32f, (const Zpp8u* pSrc, Zpp32f* pDst, int len))
+
+/* Codes of one law as those of the other by tables 4 and 3 of G.711, which is not to decode and to encode again. */
+ZPP_EXPORT(ZppStatus, zppsALawToMuLaw_8u, (const Zpp8u* pSrc, Zpp8u* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsMuLawToALaw_8u, (const Zpp8u* pSrc, Zpp8u* pDst, int len))
+
 /* Thresholds
  *
  * Elements on one side of a level are replaced, the others copied. All vectors hold len elements; pDst may be the same
