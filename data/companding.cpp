@@ -22,10 +22,10 @@ struct MuLaw {
     static constexpr int kAdded[] = {0, kBias};
     static constexpr Factors factors(int segment) { return {{1, (1 << segment) - 1}}; }
 
-    // The magnitude from (8m + 132) * 2^segment, all in units of 1 / one.
+    // The magnitude from (8m + 132) * 2^segment.
     template <class V>
-    ZPP_INLINE static V unbiased(V v, Lane<V> one) {
-        return v - static_cast<Lane<V>>(132 * one);
+    ZPP_INLINE static V unbiased(V v) {
+        return v - kBias;
     }
 };
 struct ALaw {
@@ -41,9 +41,8 @@ struct ALaw {
     }
 
     template <class V>
-    ZPP_INLINE static V unbiased(V v, Lane<V> one) {
-        const V least = broadcast<V>(static_cast<Lane<V>>(256 * one));  // of segment 1
-        return min(v, least) + (v - least);
+    ZPP_INLINE static V unbiased(V v) {
+        return min(v, broadcast<V>(int16_t{256})) + (v - 256);  // 256 is the least of segment 1
     }
 };
 
@@ -59,10 +58,10 @@ constexpr Table<T, n> tableOf(Of of) {
     return table;
 }
 
-template <class Law>
-constexpr auto kDecoded = tableOf<int16_t, 256>([](int code) {
+template <class Law, class T>
+constexpr auto kDecoded = tableOf<T, 256>([](int code) {
     const int bits = code ^ Law::kInverted, magnitude = Law::magnitude(bits >> 4 & 7, bits & 15);
-    return bits & 0x80 ? -magnitude : magnitude;
+    return static_cast<T>(bits & 0x80 ? -magnitude : magnitude) / (std::is_same_v<T, float> ? 32768 : 1);
 });
 
 template <class Law>
@@ -104,51 +103,21 @@ ZPP_INLINE auto decodedWords(V codes) {
     return mapRegisters([](auto a, auto b) ZPP_INLINE_LAMBDA { return sumsOfProducts(a, b); }, places,
                         segments);
 }
-template <class Law, class V>
-ZPP_INLINE auto decodedSingles(V codes) {
-    const auto singles = [](auto words) ZPP_INLINE_LAMBDA {
-        // In the upper half of their lanes words need no extension of their sign.
-        return mapRegisters([](auto x) ZPP_INLINE_LAMBDA { return toFloat(x) * 0x1p-31F; },
-                            interleaveWords(decltype(words){}, words));
-    };
-    return mapRegisters(singles, decodedWords<Law>(codes));
-}
 #elif defined(__SSE2__)
-// Without the lookups the way is by singles, the exponents of which are the segments. Both bytes of the words
-// that it begins with are a code, its bits inverted.
-template <class Law, class V>
-ZPP_INLINE auto inPairs(V codes) {
-    const V bits = codes ^ uint8_t { Law::kInverted };
-    return interleaveBytes(bits, bits);
-}
-// (8m + 132) * 2^(segment + exponent).
-template <class W>
-ZPP_INLINE auto biasedSingles(W pairs, int exponent) {
-    const W upper = (pairs << 3 & 0x3F8) + static_cast<int16_t>(((127 + 7 + exponent) << 7) + 4);
-    return interleaveWords(W{}, upper);
-}
+// Without the lookups a single of the magnitude is put together, of which the segment is the exponent.
 template <class Law, class V>
 ZPP_INLINE auto decodedWords(V codes) {
     const auto decode = [](auto pairs) ZPP_INLINE_LAMBDA {
+        using W = decltype(pairs);
+        // Its upper word; both bytes of a pair are the code.
+        const W upper = (pairs << 3 & 0x3F8) + int16_t{((127 + 7) << 7) + 4};
         const auto ints = [](auto x) ZPP_INLINE_LAMBDA { return toInts<Rounding::kZero>(asFloats(x)); };
-        const auto magnitude =
-            Law::unbiased(wordsOf(mapRegisters(ints, biasedSingles(pairs, 0))), int16_t{1});
-        const auto sign = pairs >> 15;
+        const W magnitude = Law::unbiased(wordsOf(mapRegisters(ints, interleaveWords(W{}, upper))));
+        const W sign = pairs >> 15;
         return (magnitude ^ sign) - sign;
     };
-    return mapRegisters(decode, inPairs<Law>(codes));
-}
-template <class Law, class V>
-ZPP_INLINE auto decodedSingles(V codes) {
-    const auto decode = [](auto pairs) ZPP_INLINE_LAMBDA {
-        const auto finish = [](auto x, auto sign) ZPP_INLINE_LAMBDA {
-            const auto magnitude = Law::unbiased(asFloats(x), 0x1p-15F);
-            return asFloats(bitCast<decltype(x)>(magnitude) | sign) + 0.0F;  // not -0
-        };
-        return mapRegisters(finish, biasedSingles(pairs, -15),
-                            interleaveWords(decltype(pairs){}, pairs & int16_t{-0x8000}));
-    };
-    return mapRegisters(decode, inPairs<Law>(codes));
+    const V bits = codes ^ uint8_t { Law::kInverted };
+    return mapRegisters(decode, interleaveBytes(bits, bits));
 }
 #endif
 
@@ -179,12 +148,12 @@ ZPP_INLINE auto nearestWords(V x) {
 }
 #endif
 
-// By registers of bytes, short vectors by those of 16.
-inline constexpr int kShort = kVectorBytes == 0 ? 1 : 16;
-template <class Compute, class D, class S>
+// Steps of N elements, for short vectors of 16.
+template <int N = kLanes<uint8_t>, class Compute, class D, class S>
 ZPP_INLINE ZppStatus byBytes(Compute compute, D* pDst, int len, const S* pSrc) {
     const auto put = [](D* p, auto v) ZPP_INLINE_LAMBDA { storeRegisters(p, v); };
-    return elementwiseSteps<kLanes<uint8_t>, false, kShort>(compute, put, pDst, len, pSrc);
+    constexpr int shortStep = N < 16 ? N : 16;
+    return elementwiseSteps<N, false, shortStep>(compute, put, pDst, len, pSrc);
 }
 
 template <class Law>
@@ -192,7 +161,7 @@ inline ZppStatus decode(const Zpp8u* pSrc, Zpp16s* pDst, int len) {
     const auto compute = [](auto lanes, const Zpp8u* p) ZPP_INLINE_LAMBDA {
         constexpr int n = decltype(lanes)::value;
         if constexpr (n == 1)
-            return kDecoded<Law>.of[*p];
+            return kDecoded<Law, Zpp16s>.of[*p];
         else
             return decodedWords<Law>(spread<1>(load<Vec<uint8_t, n>>(p)));
     };
@@ -202,12 +171,22 @@ template <class Law>
 inline ZppStatus decode(const Zpp8u* pSrc, Zpp32f* pDst, int len) {
     const auto compute = [](auto lanes, const Zpp8u* p) ZPP_INLINE_LAMBDA {
         constexpr int n = decltype(lanes)::value;
-        if constexpr (n == 1)
-            return toFloat(int32_t{kDecoded<Law>.of[*p]}) * 0x1p-15F;
-        else
-            return decodedSingles<Law>(spread<2>(load<Vec<uint8_t, n>>(p)));
+        constexpr auto& values = kDecoded<Law, Zpp32f>.of;
+        if constexpr (n == 1) {
+            return values[*p];
+        } else if constexpr (!kLooksUpBytes) {
+            // What there is without the lookups takes longer than this.
+            return Vec<float, n>{values[p[0]], values[p[1]], values[p[2]], values[p[3]]};
+        } else {
+            const auto singles = [](auto words) ZPP_INLINE_LAMBDA {
+                // In the upper half of their lanes words need no extension of their sign.
+                return mapRegisters([](auto x) ZPP_INLINE_LAMBDA { return toFloat(x) * 0x1p-31F; },
+                                    interleaveWords(decltype(words){}, words));
+            };
+            return mapRegisters(singles, decodedWords<Law>(spread<2>(load<Vec<uint8_t, n>>(p))));
+        }
     };
-    return byBytes(compute, pDst, len, pSrc);
+    return byBytes < kLooksUpBytes ? kLanes<uint8_t> : kLanes < float >> (compute, pDst, len, pSrc);
 }
 
 template <class Law>
