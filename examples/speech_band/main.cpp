@@ -8,6 +8,7 @@
 #include <ctime>
 
 #include "check.h"
+#include "companding.h"
 #include "fir_design.h"
 #include "plot.h"
 #include "progress.h"
@@ -28,6 +29,7 @@ constexpr char kUsage[] =
     "usage: speech-band [--output DIRECTORY] [RECORDING...]\n"
     "\n"
     "Filters recordings (WAV, FLAC, OGG, ...; several are joined) to the telephone band of 300 to 3400 Hz.\n"
+    "Prints levels, speed, and the noise that A-law and mu-law (G.711) would add to the recordings.\n"
     "Writes speech-band.wav, the filtered recording, and speech-band.png, its spectrogram before and after,\n"
     "into DIRECTORY (default: the current one). Without a recording it takes the voice of\n"
     "Debian's alsa-utils.\n";
@@ -97,8 +99,16 @@ std::string level(double power) {
     return text;
 }
 
+// Nothing has a ratio to silence.
+std::string ratio(double decibels) {
+    if (!std::isfinite(decibels)) return "-";
+    char text[32];
+    std::snprintf(text, sizeof text, "%.1f", decibels);
+    return text;
+}
+
 void printTable(const Recording& recording, const Spectrogram& before, const Spectrogram& after,
-                double filtering, double analysing) {
+                const SignalToNoise& companded, double filtering, double analysing) {
     const double seconds = recording.seconds();
     std::printf("samples              %zu (%d a second)\n", recording.samples.size(), recording.sampleRate);
     std::printf("length               %.2f s\n", seconds);
@@ -110,6 +120,9 @@ void printTable(const Recording& recording, const Spectrogram& before, const Spe
                 level(before.inside).c_str(), level(after.inside).c_str());
     std::printf("outside %.0f-%.0f Hz          %12s %8s\n", kTelephone.low, kTelephone.high,
                 level(before.outside).c_str(), level(after.outside).c_str());
+    std::printf("\nsignal to noise, dB               A-law   mu-law\n");
+    std::printf("G.711 and back         %16s %8s\n", ratio(companded.aLaw).c_str(),
+                ratio(companded.muLaw).c_str());
 }
 
 void run(const Options& options) {
@@ -143,7 +156,7 @@ void run(const Options& options) {
     writeRecording(options.output / "speech-band.wav", result);
     drawPicture({before, after, recording.seconds(), recording.sampleRate, kTelephone},
                 options.output / "speech-band.png");
-    printTable(recording, before, after, filtering, analysing);
+    printTable(recording, before, after, compandingNoise(recording), filtering, analysing);
     std::printf("\nWritten: %s, %s\n", (options.output / "speech-band.wav").c_str(),
                 (options.output / "speech-band.png").c_str());
 }

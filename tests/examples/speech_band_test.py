@@ -3,6 +3,7 @@
 import array
 import math
 import pathlib
+import random
 import re
 import struct
 import subprocess
@@ -35,11 +36,14 @@ class SpeechBand(unittest.TestCase):
     def run_program(self, *arguments):
         return subprocess.run([PROGRAM, *arguments], capture_output=True, text=True, timeout=60)
 
-    def levels(self, *files):
-        """The printed levels in dB: inside before, inside after, outside before, outside after; and the output."""
+    def printed(self, *files):
         done = self.run_program("--output", self.dir, *files)
         self.assertEqual((done.returncode, done.stderr), (0, ""))
-        table = dict(re.findall(r"^(inside|outside) +\S+ Hz +(.*)$", done.stdout, re.M))
+        return done.stdout
+
+    def levels(self, *files):
+        """The printed levels in dB: inside before, inside after, outside before, outside after; and the output."""
+        table = dict(re.findall(r"^(inside|outside) +\S+ Hz +(.*)$", self.printed(*files), re.M))
         levels = [-200.0 if text == "silent" else float(text) for text in (table["inside"] + " " + table["outside"]).split()]
         with wave.open(str(self.dir / "speech-band.wav")) as file:
             samples = array.array("h", file.readframes(file.getnframes()))
@@ -97,6 +101,25 @@ class SpeechBand(unittest.TestCase):
         levels, filtered = self.levels(self.dir / "float.wav")
         self.assertTrue(all(map(math.isfinite, levels)))
         self.assertEqual((max(filtered), min(filtered)), (32767, -32768))
+
+    def companded(self, samples):
+        """The printed ratios of signal to noise in dB: A-law, mu-law."""
+        return re.search(r"^G\.711 and back +(\S+) +(\S+)$", self.printed(self.write("voice.wav", samples)), re.M).groups()
+
+    def test_companding_has_the_noise_of_its_steps(self):
+        """Steps of a size add the noise of their square / 12; G.711 has 16 for each octave, below some point fixed ones."""
+        draw = random.Random(711)
+        for loudness in (4000, 20):  # a voice's samples have this distribution, nearly
+            voice = [max(-32768, min(32767, round(draw.choice((-1, 1)) * draw.expovariate(1 / loudness))))
+                     for _ in range(40000)]
+            power = sum(x * x for x in voice)
+            for ratio, bias, least in zip(self.companded(voice), (0, 132), (16, 8)):
+                steps = [max(least, 2 ** math.floor(math.log2(abs(x) + bias)) / 16) if x else least for x in voice]
+                theory = 10 * math.log10(power / sum(step**2 / 12 for step in steps))
+                self.assertAlmostEqual(float(ratio), theory, delta=0.3)
+                if loudness == 4000:
+                    self.assertAlmostEqual(float(ratio), 38, delta=1)
+        self.assertEqual(self.companded([0] * 1000)[1], "-")
 
     def test_unreadable_files_are_refused(self):
         (self.dir / "text.wav").write_text("This is no recording. " * 10)
