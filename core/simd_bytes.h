@@ -98,15 +98,19 @@ ZPP_INLINE V spread(V v) {
     return bitCast<V>(spreadBytes<times>(asRegister(v)));
 }
 
-// Words of two registers of lanes of 32 bits, and bytes of two of words, saturated to the type D. What was
-// packed once or twice, inOrder puts into order.
+// Two registers of lanes of 32 bits as words, saturated.
 template <class V>
 ZPP_INLINE auto wordsOf(Halves<V> ints) {
     return lanesOf<int16_t>(packWords<int16_t>(asRegister(ints.low), asRegister(ints.high)));
 }
-template <class D, class V>
-ZPP_INLINE auto bytesOf(Halves<V> words) {
-    return lanesOf<D>(packBytes<D>(asRegister(words.low), asRegister(words.high)));
+
+// Two registers of words as unsigned bytes, saturated, in the order of memory: packed once, or twice where
+// the words come from wordsOf.
+template <int times, class V>
+ZPP_INLINE auto packedInOrder(Halves<V> words) {
+    const auto packed = packBytes<uint8_t>(asRegister(words.low), asRegister(words.high));
+    using Packed = std::conditional_t<times == 1, int16_t, uint8_t>;
+    return lanesOf<uint8_t>(inOrder<Packed>(packed));
 }
 #endif
 

@@ -19,7 +19,7 @@ struct MuLaw {
     static constexpr int kInverted = 0xFF;
     static constexpr int kBias = 132;  // added to magnitudes, which leaves the segments as powers of two
     static constexpr int magnitude(int segment, int m) { return ((8 * m + kBias) << segment) - kBias; }
-    static constexpr int kAdded[] = {0, kBias};
+    [[maybe_unused]] static constexpr int kAdded[] = {0, kBias};
     static constexpr Factors factors(int segment) { return {{1, (1 << segment) - 1}}; }
 
     // The magnitude from (8m + 132) * 2^segment.
@@ -34,7 +34,7 @@ struct ALaw {
     static constexpr int magnitude(int segment, int m) {
         return segment == 0 ? 16 * m + 8 : (16 * m + 264) << (segment - 1);
     }
-    static constexpr int kAdded[] = {134, 130};
+    [[maybe_unused]] static constexpr int kAdded[] = {134, 130};
     static constexpr Factors factors(int segment) {
         if (segment == 0) return {{-63, 65}};
         return {{1 << (segment - 1), 1 << (segment - 1)}};
@@ -83,53 +83,50 @@ ZPP_INLINE int32_t encoded(float x) {
     return encoded<Law>(static_cast<int32_t>(y < 0 ? y - 0.5 : y + 0.5));
 }
 
-#ifdef __SSSE3__
 // The values of codes, as words of their lower and of their upper half.
 template <class Law, class V>
 ZPP_INLINE auto decodedWords(V codes) {
-    static constexpr auto factors = [](int which) {
-        return tableOf<int8_t, 16>([=](int upperBits) {
-            const int bits = upperBits ^ Law::kInverted >> 4, factor = Law::factors(bits & 7).of[which];
-            return bits & 8 ? -factor : factor;
-        });
-    };
-    static constexpr Table<int8_t, 16> kFactors[] = {factors(0), factors(1)};
-    const V upper = bitCast<V>(lanesOf<uint16_t>(codes) >> 4) & 15;
-    const auto segments = interleaveBytes(lookUp(kFactors[0], upper), lookUp(kFactors[1], upper));
-    const V eightfold = bitCast<V>(lanesOf<uint16_t>(codes) << 3) & 0x78;
-    constexpr int inverted = (Law::kInverted & 15) << 3;
-    const auto places = interleaveBytes(eightfold ^ static_cast<uint8_t>(inverted ^ Law::kAdded[0]),
-                                        eightfold ^ static_cast<uint8_t>(inverted ^ Law::kAdded[1]));
-    return mapRegisters([](auto a, auto b) ZPP_INLINE_LAMBDA { return sumsOfProducts(a, b); }, places,
-                        segments);
+    if constexpr (kLooksUpBytes) {
+        static constexpr auto factors = [](int which) {
+            return tableOf<int8_t, 16>([=](int upperBits) {
+                const int bits = upperBits ^ Law::kInverted >> 4, factor = Law::factors(bits & 7).of[which];
+                return bits & 8 ? -factor : factor;
+            });
+        };
+        static constexpr Table<int8_t, 16> kFactors[] = {factors(0), factors(1)};
+        const V upper = bitCast<V>(lanesOf<uint16_t>(codes) >> 4) & 15;
+        const auto segments = interleaveBytes(lookUp(kFactors[0], upper), lookUp(kFactors[1], upper));
+        const V eightfold = bitCast<V>(lanesOf<uint16_t>(codes) << 3) & 0x78;
+        constexpr int inverted = (Law::kInverted & 15) << 3;
+        const V first = eightfold ^ static_cast<uint8_t>(inverted ^ Law::kAdded[0]);
+        const V second = eightfold ^ static_cast<uint8_t>(inverted ^ Law::kAdded[1]);
+        return mapRegisters([](auto a, auto b) ZPP_INLINE_LAMBDA { return sumsOfProducts(a, b); },
+                            interleaveBytes(first, second), segments);
+    } else {
+        // A single of the magnitude is put together, of which the segment is the exponent.
+        const auto decode = [](auto pairs) ZPP_INLINE_LAMBDA {
+            using W = decltype(pairs);
+            // Its upper word; both bytes of a pair are the code.
+            const W upper = (pairs << 3 & 0x3F8) + int16_t{((127 + 7) << 7) + 4};
+            const auto ints = [](auto x) ZPP_INLINE_LAMBDA { return toInts<Rounding::kZero>(asFloats(x)); };
+            const W magnitude = Law::unbiased(wordsOf(mapRegisters(ints, interleaveWords(W{}, upper))));
+            const W sign = pairs >> 15;
+            return (magnitude ^ sign) - sign;
+        };
+        const V bits = codes ^ static_cast<uint8_t>(Law::kInverted);
+        return mapRegisters(decode, interleaveBytes(bits, bits));
+    }
 }
-#elif defined(__SSE2__)
-// Without the lookups a single of the magnitude is put together, of which the segment is the exponent.
-template <class Law, class V>
-ZPP_INLINE auto decodedWords(V codes) {
-    const auto decode = [](auto pairs) ZPP_INLINE_LAMBDA {
-        using W = decltype(pairs);
-        // Its upper word; both bytes of a pair are the code.
-        const W upper = (pairs << 3 & 0x3F8) + int16_t{((127 + 7) << 7) + 4};
-        const auto ints = [](auto x) ZPP_INLINE_LAMBDA { return toInts<Rounding::kZero>(asFloats(x)); };
-        const W magnitude = Law::unbiased(wordsOf(mapRegisters(ints, interleaveWords(W{}, upper))));
-        const W sign = pairs >> 15;
-        return (magnitude ^ sign) - sign;
-    };
-    const V bits = codes ^ uint8_t { Law::kInverted };
-    return mapRegisters(decode, interleaveBytes(bits, bits));
-}
-#endif
 
-#ifdef __SSE2__
 // The codes of words, as words.
 template <class Law, class V>
 ZPP_INLINE V encodedWords(V values) {
     const V sign = values >> 15, magnitude = values ^ sign;
-    const V biased =
-        Law::kBias == 0 ? magnitude : min(magnitude, broadcast<V>(int16_t{32767 - Law::kBias})) + Law::kBias;
-    // Segment and place are the exponent and the top of the fraction. The odd word of a pair needs no other
-    // place: what is below it does not reach 2^15, and so no rounding the bits above.
+    V biased = magnitude;
+    if (Law::kBias > 0) biased = min(magnitude, broadcast<V>(int16_t{32767 - Law::kBias})) + Law::kBias;
+    // Segment and place are the exponent and the top of the fraction of a single. The odd word of a pair
+    // stays where it is: the even one below is less than 2^15, so that rounding does not carry into the odd
+    // one.
     const auto pairs = lanesOf<int32_t>(biased);
     const auto even = lanesOf<uint32_t>(toFloat(pairs & 0xFFFF)), odd = lanesOf<uint32_t>(toFloat(pairs));
     const V upper = bitCast<V>((odd & 0xFFFF0000) | even >> 16);
@@ -146,15 +143,15 @@ ZPP_INLINE auto nearestWords(V x) {
     const auto half = (lanesOf<int32_t>(y) & static_cast<int32_t>(0x80000000)) | 0x3EFFFFFF;
     return toIntsOf<int16_t, Rounding::kZero>(y + asFloats(half));
 }
-#endif
 
-// Steps of N elements, for short vectors of 16.
-template <int N = kLanes<uint8_t>, class Compute, class D, class S>
-ZPP_INLINE ZppStatus byBytes(Compute compute, D* pDst, int len, const S* pSrc) {
+// Steps of N elements; of short vectors 16.
+template <int N, class Compute, class D, class S>
+ZPP_INLINE ZppStatus inSteps(Compute compute, D* pDst, int len, const S* pSrc) {
     const auto put = [](D* p, auto v) ZPP_INLINE_LAMBDA { storeRegisters(p, v); };
     constexpr int shortStep = N < 16 ? N : 16;
     return elementwiseSteps<N, false, shortStep>(compute, put, pDst, len, pSrc);
 }
+inline constexpr int kCodes = kLanes<uint8_t>;
 
 template <class Law>
 inline ZppStatus decode(const Zpp8u* pSrc, Zpp16s* pDst, int len) {
@@ -165,7 +162,7 @@ inline ZppStatus decode(const Zpp8u* pSrc, Zpp16s* pDst, int len) {
         else
             return decodedWords<Law>(spread<1>(load<Vec<uint8_t, n>>(p)));
     };
-    return byBytes(compute, pDst, len, pSrc);
+    return inSteps<kCodes>(compute, pDst, len, pSrc);
 }
 template <class Law>
 inline ZppStatus decode(const Zpp8u* pSrc, Zpp32f* pDst, int len) {
@@ -174,8 +171,7 @@ inline ZppStatus decode(const Zpp8u* pSrc, Zpp32f* pDst, int len) {
         constexpr auto& values = kDecoded<Law, Zpp32f>.of;
         if constexpr (n == 1) {
             return values[*p];
-        } else if constexpr (!kLooksUpBytes) {
-            // What there is without the lookups takes longer than this.
+        } else if constexpr (!kLooksUpBytes) {  // where decodedWords and what follows take longer than this
             return Vec<float, n>{values[p[0]], values[p[1]], values[p[2]], values[p[3]]};
         } else {
             const auto singles = [](auto words) ZPP_INLINE_LAMBDA {
@@ -186,7 +182,8 @@ inline ZppStatus decode(const Zpp8u* pSrc, Zpp32f* pDst, int len) {
             return mapRegisters(singles, decodedWords<Law>(spread<2>(load<Vec<uint8_t, n>>(p))));
         }
     };
-    return byBytes < kLooksUpBytes ? kLanes<uint8_t> : kLanes < float >> (compute, pDst, len, pSrc);
+    constexpr int step = kLooksUpBytes ? kCodes : kLanes<float>;
+    return inSteps<step>(compute, pDst, len, pSrc);
 }
 
 template <class Law>
@@ -197,12 +194,11 @@ inline ZppStatus encode(const Zpp16s* pSrc, Zpp8u* pDst, int len) {
             return static_cast<Zpp8u>(encoded<Law>(int32_t{*p}));
         } else {
             using Words = Vec<int16_t, n / 2>;
-            const auto codes =
-                halves(encodedWords<Law>(load<Words>(p)), encodedWords<Law>(load<Words>(p + n / 2)));
-            return lanesOf<uint8_t>(inOrder<int16_t>(asRegister(bytesOf<uint8_t>(codes))));
+            const auto code = [](auto words) ZPP_INLINE_LAMBDA { return encodedWords<Law>(words); };
+            return packedInOrder<1>(mapRegisters(code, halves(load<Words>(p), load<Words>(p + n / 2))));
         }
     };
-    return byBytes(compute, pDst, len, pSrc);
+    return inSteps<kCodes>(compute, pDst, len, pSrc);
 }
 template <class Law>
 inline ZppStatus encode(const Zpp32f* pSrc, Zpp8u* pDst, int len) {
@@ -211,16 +207,15 @@ inline ZppStatus encode(const Zpp32f* pSrc, Zpp8u* pDst, int len) {
         if constexpr (n == 1) {
             return static_cast<Zpp8u>(encoded<Law>(*p));
         } else {
-            const auto wordsAt = [](const Zpp32f* from) ZPP_INLINE_LAMBDA {
-                return encodedWords<Law>(
-                    wordsOf(halves(nearestWords(load<Vec<float, n / 4>>(from)),
-                                   nearestWords(load<Vec<float, n / 4>>(from + n / 4)))));
+            const auto codesAt = [](const Zpp32f* from) ZPP_INLINE_LAMBDA {
+                using Singles = Vec<float, n / 4>;
+                return encodedWords<Law>(wordsOf(
+                    halves(nearestWords(load<Singles>(from)), nearestWords(load<Singles>(from + n / 4)))));
             };
-            const auto codes = halves(wordsAt(p), wordsAt(p + n / 2));
-            return lanesOf<uint8_t>(inOrder<uint8_t>(asRegister(bytesOf<uint8_t>(codes))));
+            return packedInOrder<2>(halves(codesAt(p), codesAt(p + n / 2)));
         }
     };
-    return byBytes(compute, pDst, len, pSrc);
+    return inSteps<kCodes>(compute, pDst, len, pSrc);
 }
 
 // The way between the laws is one between the numbers of the values, 0 to 127 from the least magnitude on:
@@ -260,7 +255,7 @@ inline ZppStatus translate(const Zpp8u* pSrc, Zpp8u* pDst, int len) {
             return ((bits & 0x80) | kNumber(bits & 0x7F)) ^ static_cast<uint8_t>(invertedAfter);
         }
     };
-    return byBytes(compute, pDst, len, pSrc);
+    return inSteps<kCodes>(compute, pDst, len, pSrc);
 }
 
 }  // namespace
