@@ -1,5 +1,6 @@
-// Reductions: their limit is to load what they read. Complex L1 norms are bound by their square roots.
-#include "bench/jobs.h"
+// Reductions: their limit is to load what they read. Complex L1 norms are bound by their square roots. And
+// sorting.
+#include "bench/sorting.h"
 
 namespace zpp::bench {
 namespace {
@@ -26,7 +27,13 @@ namespace {
     {"DotProd_32s_Sfs", 8, timed<zppsDotProd_32s_Sfs, 20>},
 };
 
-[[maybe_unused]] const Jobs maps = {{"MaxEvery_32s_I", 12, timed<zppsMaxEvery_32s_I>}};
+[[maybe_unused]] const Jobs maps = {
+    {"MaxEvery_32s_I", 12, timed<zppsMaxEvery_32s_I>},
+    {"SortAscend_32s_I", 8, timedSort<Zpp32s, zppsSortAscend_32s_I>},
+    {"SortDescend_32s_I", 8, timedSort<Zpp32s, zppsSortDescend_32s_I>},
+    {"SortAscend_64f_I", 16, timedSort<Zpp64f, zppsSortAscend_64f_I>},
+    {"SortDescend_64f_I", 16, timedSort<Zpp64f, zppsSortDescend_64f_I>},
+};
 
 }  // namespace
 }  // namespace zpp::bench

@@ -39,6 +39,36 @@ using DoublePrecision = X87Precision<0x200>;
 // For long double, in every build.
 using ExtendedPrecision = X87Precision<0x300>;
 
+// For its life comparisons, minima and maxima take subnormal numbers for what they are, where the caller has
+// set denormals-are-zero, which comes back at the end.
+class SubnormalsKept {
+  public:
+    ZPP_INLINE SubnormalsKept() {
+#ifdef __SSE2_MATH__
+        __asm__ volatile("stmxcsr %0" : "=m"(caller_));
+        if ((caller_ & kDenormalsAreZero) != 0) [[unlikely]]
+            setControl(caller_ & ~kDenormalsAreZero);
+#endif
+    }
+    ZPP_INLINE ~SubnormalsKept() {
+        if ((caller_ & kDenormalsAreZero) != 0) [[unlikely]]
+            setControl(caller_);
+    }
+    SubnormalsKept(const SubnormalsKept&) = delete;
+    SubnormalsKept& operator=(const SubnormalsKept&) = delete;
+
+  private:
+    static constexpr uint32_t kDenormalsAreZero = 0x40;
+
+    ZPP_INLINE static void setControl([[maybe_unused]] uint32_t word) {
+#ifdef __SSE2_MATH__
+        __asm__ volatile("ldmxcsr %0" : : "m"(word) : "memory");
+#endif
+    }
+
+    uint32_t caller_ = 0;
+};
+
 // An intermediate sum or difference, infinite where a double is: the x87 register is stored and loaded again.
 // Nothing more is needed of a sum, as one below 2^-1022 is exact.
 template <class V>

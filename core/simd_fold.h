@@ -34,6 +34,20 @@ ZPP_INLINE auto firstLane(V v) {
         return v[0];
 }
 
+#ifdef __AVX512F__
+// The bits of a mask. GCC 12 for 32 bits widens a mask in memory, with what lies beside it there.
+ZPP_INLINE unsigned laneBits(__mmask8 lanes) {
+    unsigned bits;
+    __asm__("kmovb\t%1, %0" : "=r"(bits) : "k"(lanes));
+    return bits;
+}
+ZPP_INLINE unsigned laneBits(__mmask16 lanes) {
+    unsigned bits;
+    __asm__("kmovw\t%1, %0" : "=r"(bits) : "k"(lanes));
+    return bits;
+}
+#endif
+
 // The lanes in which a and b, doubles or integers of 32 bits, are equal, as bits: the first lane is bit 0.
 template <class V>
 ZPP_INLINE unsigned equalLanes(V a, V b) {
@@ -41,15 +55,10 @@ ZPP_INLINE unsigned equalLanes(V a, V b) {
     if constexpr (std::is_arithmetic_v<V>) return a == b;
 #ifdef __AVX512F__
     else if constexpr (sizeof(V) == 64) {
-        // GCC 12 for 32 bits widens a mask in memory, with what lies beside it there.
-        unsigned lanes;
         if constexpr (doubles)
-            __asm__("kmovb\t%1, %0" : "=r"(lanes) : "k"(_mm512_cmp_pd_mask(a, b, _CMP_EQ_OQ)));
+            return laneBits(_mm512_cmp_pd_mask(a, b, _CMP_EQ_OQ));
         else
-            __asm__("kmovw\t%1, %0"
-                    : "=r"(lanes)
-                    : "k"(_mm512_cmpeq_epi32_mask(bitCast<__m512i>(a), bitCast<__m512i>(b))));
-        return lanes;
+            return laneBits(_mm512_cmpeq_epi32_mask(bitCast<__m512i>(a), bitCast<__m512i>(b)));
     }
 #endif
 #ifdef __AVX2__

@@ -12,6 +12,7 @@ cd "$(dirname "$0")/.."
 source scripts/install-packages.sh
 install_packages g++ cmake ninja-build pkg-config libbenchmark-dev libfftw3-dev libeigen3-dev libvolk2-dev \
     libopenblas-dev python3 python3-matplotlib python3-numpy
+install_packages libhwy-dev || echo "Without the sort of Highway" >&2
 install_packages clang-19 || install_packages clang || echo "Without the loops of clang" >&2
 
 # Debian's own Python, which is the one that has the packages.

@@ -1,6 +1,9 @@
+#include <algorithm>
 #include <cmath>
+#include <functional>
 
 #include "bench/peers/plain.h"
+#include "bench/sorting.h"
 
 namespace zpp::bench {
 namespace {
@@ -39,6 +42,11 @@ C addProduct(C sum, C a, C b) {
     return {sum.re + (a.re * b.re - a.im * b.im), sum.im + (a.re * b.im + a.im * b.re)};
 }
 
+template <class T, class Order>
+void sort(T* p, int len) {
+    std::sort(p, p + len, Order());
+}
+
 [[maybe_unused]] const Peers peers(
     kWho,
     {
@@ -65,6 +73,10 @@ C addProduct(C sum, C a, C b) {
         {"DotProd_64fc", reduce<[](C sum, C a, C b) { return addProduct(sum, a, b); }>},
         {"DotProd_32f64f", reduce<[](double sum, float a, float b) { return sum + double{a} * b; }>},
         {"DotProd_32s_Sfs", reduce<[](double sum, Zpp32s a, Zpp32s b) { return sum + double(a) * b; }>},
+        {"SortAscend_32s_I", timedSort<Zpp32s, sort<Zpp32s, std::less<>>>},
+        {"SortDescend_32s_I", timedSort<Zpp32s, sort<Zpp32s, std::greater<>>>},
+        {"SortAscend_64f_I", timedSort<Zpp64f, sort<Zpp64f, std::less<>>>},
+        {"SortDescend_64f_I", timedSort<Zpp64f, sort<Zpp64f, std::greater<>>>},
     });
 
 }  // namespace

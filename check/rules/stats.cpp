@@ -3,7 +3,7 @@
 namespace zpp::check {
 namespace {
 
-constexpr Promised kPromises[] = {{"*", Promise::kValues}};
+constexpr Promised kPromises[] = {{"zppsSort*", Promise::kBits}, {"*", Promise::kValues}};
 
 const Extent kExtents[] = {
     stated("zppsSum_*", "pSum", 0, 1),

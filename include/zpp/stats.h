@@ -1,4 +1,4 @@
-/* Statistics: reductions of vectors to a number or a few. */
+/* Statistics: reductions of vectors to a number or a few, and sorting. */
 #if !defined(ZPP_STATS_H) || defined(ZPP_LIST)
 #define ZPP_STATS_H
 #include "export.h"
@@ -121,5 +121,23 @@ ZPP_EXPORT(ZppStatus, zppsDotProd_32sc_Sfs,
            (const Zpp32sc* pSrc1, const Zpp32sc* pSrc2, int len, Zpp32sc* pDp, int scaleFactor))
 ZPP_EXPORT(ZppStatus, zppsDotProd_32s32sc_Sfs,
            (const Zpp32s* pSrc1, const Zpp32sc* pSrc2, int len, Zpp32sc* pDp, int scaleFactor))
+
+/* Sorting
+ *
+ * Sorts pSrcDst[0 .. len - 1] in place. No memory is allocated, and no order of the elements makes the time grow faster
+ * than len * log(len).
+ *
+ * Of doubles, NaNs go to the end, whichever the direction, in the order in which they were found and with their bits.
+ * -0.0 counts as less than +0.0, and subnormal numbers as what they are, even where denormals-are-zero is set. The bits
+ * of a result are the same on every processor.
+ *
+ * Returned, in this order of checks: -8 for a null pointer; -6 for len < 1. */
+
+/* pSrcDst[0] becomes the least element. */
+ZPP_EXPORT(ZppStatus, zppsSortAscend_32s_I, (Zpp32s* pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsSortAscend_64f_I, (Zpp64f* pSrcDst, int len))
+/* pSrcDst[0] becomes the greatest element. */
+ZPP_EXPORT(ZppStatus, zppsSortDescend_32s_I, (Zpp32s* pSrcDst, int len))
+ZPP_EXPORT(ZppStatus, zppsSortDescend_64f_I, (Zpp64f* pSrcDst, int len))
 
 #endif

@@ -2,6 +2,7 @@
 
 #include "core/elementwise.h"
 #include "core/simd_interleave.h"
+#include "stats/sort_kernel.h"
 
 namespace zpp::ZPP_ISA {
 namespace {
@@ -36,10 +37,38 @@ ZppStatus exchange(const C* pSrc, const T* pOther, C* pDst, int len) {
         [](C* p, auto v) ZPP_INLINE_LAMBDA { storeRegisters(&p->re, v); }, pDst, len, pSrc, pOther);
 }
 
+template <class T>
+class Chooser {
+  public:
+    explicit Chooser(test::Pivots pivots) : pivots_(pivots) {}
+    T operator()(const T* p, size_t len) {
+        ++count;
+        if (pivots_ == test::Pivots::kAsChosen) return choose_(p, len);
+        T extreme = p[0];
+        for (size_t i = 1; i < len; ++i)
+            if (pivots_ == test::Pivots::kLeast ? p[i] < extreme : extreme < p[i]) extreme = p[i];
+        return extreme;
+    }
+
+    int count = 0;
+
+  private:
+    test::Pivots pivots_;
+    MedianOfMedians<T> choose_;
+};
+
+template <class T>
+int sortBy(T* p, int len, test::Pivots pivots) {
+    Chooser<T> choose(pivots);
+    sortAll(p, static_cast<size_t>(len), choose);
+    return choose.count;
+}
+
 }  // namespace
 
 extern const test::CoreKernels kCoreKernels;
 const test::CoreKernels kCoreKernels = {scale64,        addScaled,      convertComplex,    convertComplex,
-                                        convertComplex, convertComplex, exchange<int32_t>, exchange<int64_t>};
+                                        convertComplex, convertComplex, exchange<int32_t>, exchange<int64_t>,
+                                        sortBy,         sortBy};
 
 }  // namespace zpp::ZPP_ISA

@@ -1,4 +1,4 @@
-// Functions on pieces of core/, which kernels.cpp defines once for each ISA build.
+// Functions on pieces of core/ and of families, which kernels.cpp defines once for each ISA build.
 #pragma once
 
 #include <cstdint>
@@ -7,6 +7,8 @@
 #include "zpp/types.h"
 
 namespace zpp::test {
+
+enum class Pivots { kAsChosen, kLeast, kGreatest };
 
 struct CoreKernels {
     // Lanes of 64 bits, scaled to the range of 32.
@@ -21,6 +23,9 @@ struct CoreKernels {
     // (im, re ^ x) for (re, im) and x, in registers of one part each.
     ZppStatus (*exchangeInts)(const Zpp32sc*, const Zpp32s*, Zpp32sc*, int);
     ZppStatus (*exchangeDoubles)(const Zpp64fc*, const Zpp64f*, Zpp64fc*, int);
+    // Sort, and give how many pivots that took.
+    int (*sortInts)(Zpp32s*, int, Pivots);
+    int (*sortReals)(Zpp64f*, int, Pivots);
 };
 
 }  // namespace zpp::test

@@ -99,5 +99,33 @@ TEST_P(Core, KeepsTheOrderOfPartsTakenApart) {
         Lengths::kEvery, drawnEachWay<Zpp64fc>(200), drawnEachWay<Zpp64f>(200));
 }
 
+// The depth is bounded where every pivot is bad; equal elements take a pivot or two for each value.
+TEST_P(Core, SortsByAnyPivots) {
+    constexpr int kLen = 20000, kBad = 2 * 15 + 2;  // 2^15 is more
+    const struct {
+        Pivots pivots;
+        unsigned values;
+        int most;
+    } rows[] = {{Pivots::kLeast, kLen, kBad},
+                {Pivots::kGreatest, kLen, kBad},
+                {Pivots::kLeast, 2, 4},
+                {Pivots::kAsChosen, 1, 2},
+                {Pivots::kAsChosen, 2, 4},
+                {Pivots::kAsChosen, 10, 20},
+                {Pivots::kAsChosen, 1u << 30, kLen / 4}};
+    for (const auto& row : rows) {
+        Random random;
+        std::vector<Zpp32s> ints;
+        for (int i = 0; i < kLen; ++i) ints.push_back(static_cast<Zpp32s>(random.below(row.values)));
+        std::vector<double> reals(ints.begin(), ints.end());
+        const int counts[] = {kernels().sortInts(ints.data(), kLen, row.pivots),
+                              kernels().sortReals(reals.data(), kLen, row.pivots)};
+        EXPECT_TRUE(std::is_sorted(ints.begin(), ints.end()));
+        EXPECT_TRUE(std::is_sorted(reals.begin(), reals.end()));
+        for (const int count : counts)
+            EXPECT_LE(count, row.most) << row.values << " values, pivots " << static_cast<int>(row.pivots);
+    }
+}
+
 }  // namespace
 }  // namespace zpp::test

@@ -1,0 +1,246 @@
+// What sorting needs of the SIMD vocabulary: elements put in order lane by lane, parted by a pivot, and
+// registers of which only the first lanes are in memory. Elements are doubles, none of them NaN, and signed
+// integers of 32 bits; of equal ones, such as zeros of both signs, each is kept.
+#pragma once
+
+#include <utility>
+
+#include "core/simd_convert.h"
+#include "core/simd_fold.h"
+
+namespace zpp::ZPP_ISA {
+
+// Lane by lane the lower one of a and b into a, the other one into b. min and max take the second operand of
+// equal ones.
+template <class V>
+ZPP_INLINE void putInOrder(V& a, V& b) {
+    if constexpr (kVectorBytes == 16 && std::is_same_v<V, Vec<int32_t>>) {  // without instructions for both
+        const V changed = (a ^ b) & (a > b);
+        a ^= changed;
+        b ^= changed;
+    } else {
+        const V lower = min(a, b);
+        b = max(b, a);
+        a = lower;
+    }
+}
+
+// Lanes of a, those of b where the bit kBit of the lane's number is set.
+template <int kBit, class V, int... I>
+ZPP_INLINE V blend(V a, V b, std::integer_sequence<int, I...>) {
+    constexpr int n = sizeof...(I);
+    return shuffle<((I & kBit) != 0 ? n + I : I)...>(a, b);
+}
+template <int kBit, class V>
+ZPP_INLINE V blend(V a, V b) {
+    return blend<kBit>(a, b, std::make_integer_sequence<int, kLanes<Lane<V>>>());
+}
+
+// Lane i is lane i ^ kOther.
+template <int kOther, class V, int... I>
+ZPP_INLINE V exchangeLanes(V v, std::integer_sequence<int, I...>) {
+    return shuffle<(I ^ kOther)...>(v, v);
+}
+template <int kOther, class V>
+ZPP_INLINE V exchangeLanes(V v) {
+    return exchangeLanes<kOther>(v, std::make_integer_sequence<int, kLanes<Lane<V>>>());
+}
+
+// The lanes of b with kBit cleared go where the lanes of a have it set, and those to where they came from.
+template <int kBit, class V, int... I>
+ZPP_INLINE void tradeLanes(V& a, V& b, std::integer_sequence<int, I...>) {
+    constexpr int n = sizeof...(I);
+    const V low = shuffle<((I & kBit) != 0 ? n + (I ^ kBit) : I)...>(a, b);
+    b = shuffle<((I & kBit) != 0 ? n + I : (I ^ kBit))...>(a, b);
+    a = low;
+}
+template <int kBit, class V>
+ZPP_INLINE void tradeLanes(V& a, V& b) {
+    tradeLanes<kBit>(a, b, std::make_integer_sequence<int, kLanes<Lane<V>>>());
+}
+
+// Lane i is the lane whose number is that of i with its bits turned to the right by kPlaces.
+template <int kPlaces, class V, int... I>
+ZPP_INLINE V rotateLaneNumbers(V v, std::integer_sequence<int, I...>) {
+    constexpr int n = sizeof...(I);
+    return shuffle<((I >> kPlaces) | (I * (n >> kPlaces) & (n - 1)))...>(v, v);
+}
+template <int kPlaces, class V>
+ZPP_INLINE V rotateLaneNumbers(V v) {
+    return rotateLaneNumbers<kPlaces>(v, std::make_integer_sequence<int, kLanes<Lane<V>>>());
+}
+
+#ifdef __AVX2__
+#ifdef __AVX512F__
+template <class T>
+ZPP_INLINE auto firstLanes(size_t count) {
+    constexpr unsigned all = (1u << kLanes<T>)-1;
+    return static_cast<std::conditional_t<sizeof(T) == 8, __mmask8, __mmask16>>(
+        _bzhi_u32(all, static_cast<uint32_t>(count)));
+}
+#else
+template <class T>
+ZPP_INLINE __m256i firstLanes(size_t count) {
+    if constexpr (sizeof(T) == 8)
+        return bitCast<__m256i>(Vec<int64_t>{0, 1, 2, 3} < static_cast<int64_t>(count));
+    else
+        return bitCast<__m256i>(Vec<int32_t>{0, 1, 2, 3, 4, 5, 6, 7} < static_cast<int32_t>(count));
+}
+#endif
+#endif
+
+// The first `count` lanes, fewer than 256, from memory, and `fill` in the others.
+template <class V, class T>
+ZPP_INLINE V loadFirst(const T* p, size_t count, T fill) {
+    V v = broadcast<V>(fill);
+#if defined(__AVX512F__)
+    if constexpr (sizeof(T) == 8)
+        return _mm512_mask_loadu_pd(v, firstLanes<T>(count), p);
+    else
+        return bitCast<V>(_mm512_mask_loadu_epi32(bitCast<__m512i>(v), firstLanes<T>(count), p));
+#elif defined(__AVX2__)
+    const __m256i lanes = firstLanes<T>(count);
+    if constexpr (sizeof(T) == 8)
+        return _mm256_blendv_pd(v, _mm256_maskload_pd(p, lanes), bitCast<__m256d>(lanes));
+    else
+        return bitCast<V>(_mm256_blendv_epi8(bitCast<__m256i>(v), _mm256_maskload_epi32(p, lanes), lanes));
+#else
+    if (count >= sizeof(V) / sizeof(T)) return load<V>(p);
+    for (size_t i = 0; i < count; ++i) v[i] = p[i];
+    return v;
+#endif
+}
+
+// The first `count` lanes, fewer than 256, to memory.
+template <class V, class T>
+ZPP_INLINE void storeFirst(T* p, V v, size_t count) {
+#if defined(__AVX512F__)
+    if constexpr (sizeof(T) == 8)
+        _mm512_mask_storeu_pd(p, firstLanes<T>(count), v);
+    else
+        _mm512_mask_storeu_epi32(p, firstLanes<T>(count), bitCast<__m512i>(v));
+#elif defined(__AVX2__)
+    if constexpr (sizeof(T) == 8)
+        _mm256_maskstore_pd(p, firstLanes<T>(count), v);
+    else
+        _mm256_maskstore_epi32(p, firstLanes<T>(count), bitCast<__m256i>(v));
+#else
+    if (count >= sizeof(V) / sizeof(T)) return store(p, v);
+    for (size_t i = 0; i < count; ++i) p[i] = v[i];
+#endif
+}
+
+// Lanes of a step that parts elements by a pivot: builds without permutations by variable numbers take single
+// elements.
+template <class T>
+inline constexpr int kPartedLanes = kVectorBytes > 16 ? kLanes<T> : 1;
+
+#ifdef __AVX2__
+// For each set of lanes that are low, as bits, the order of all lanes that has these first: one byte each.
+struct LaneOrders {
+    uint64_t order[256];
+};
+constexpr LaneOrders laneOrders(int lanes, int parts) {
+    LaneOrders all{};
+    for (unsigned low = 0; low < 1u << lanes; ++low) {
+        int place = 0;
+        for (const unsigned wanted : {1u, 0u})
+            for (int lane = 0; lane < lanes; ++lane)
+                if ((low >> lane & 1) == wanted)
+                    for (int part = 0; part < parts; ++part)
+                        all.order[low] |= static_cast<uint64_t>(lane * parts + part) << 8 * place++;
+    }
+    return all;
+}
+#endif
+
+// Which lanes are below the pivot, or not above it, as bits.
+template <bool kOrEqual, class V>
+ZPP_INLINE unsigned lowLanes(V v, V pivot) {
+    constexpr bool doubles [[maybe_unused]] = std::is_same_v<Lane<V>, double>;
+    if constexpr (std::is_arithmetic_v<V>) return kOrEqual ? v <= pivot : v < pivot;
+#ifdef __AVX512F__
+    else if constexpr (doubles)
+        return laneBits(_mm512_cmp_pd_mask(v, pivot, kOrEqual ? _CMP_LE_OQ : _CMP_LT_OQ));
+    else
+        return laneBits(_mm512_cmp_epi32_mask(bitCast<__m512i>(v), bitCast<__m512i>(pivot),
+                                              kOrEqual ? _MM_CMPINT_LE : _MM_CMPINT_LT));
+#elif defined(__AVX2__)
+    else if constexpr (doubles)
+        return static_cast<unsigned>(
+            _mm256_movemask_pd(_mm256_cmp_pd(v, pivot, kOrEqual ? _CMP_LE_OQ : _CMP_LT_OQ)));
+    else if constexpr (kOrEqual)
+        return static_cast<unsigned>(_mm256_movemask_ps(bitCast<__m256>(v > pivot))) ^ 0xFF;
+    else
+        return static_cast<unsigned>(_mm256_movemask_ps(bitCast<__m256>(v < pivot)));
+#endif
+}
+
+// Puts the low lanes of v at `left` and the others before `right`, and moves both to what is between. Whole
+// registers are stored: what lies between is free, and holds as many lanes, or twice as many and more.
+template <bool kOrEqual, class V, class T>
+ZPP_INLINE void part(V v, V pivot, T*& left, T*& right) {
+    const unsigned low = lowLanes<kOrEqual>(v, pivot);
+    if constexpr (std::is_arithmetic_v<V>) {
+        *left = v;
+        right[-1] = v;
+        left += low;
+        right -= 1 - low;
+    }
+#ifdef __AVX2__
+    else {
+        constexpr int n = kPartedLanes<T>;
+        const int lows = __builtin_popcount(low);
+#ifdef __AVX512F__
+        if constexpr (sizeof(T) == 4) {
+            const auto bits = bitCast<__m512i>(v);
+            store(left, _mm512_maskz_compress_epi32(static_cast<__mmask16>(low), bits));
+            right -= n - lows;
+            _mm512_mask_storeu_epi32(right, firstLanes<T>(static_cast<size_t>(n - lows)),
+                                     _mm512_maskz_compress_epi32(static_cast<__mmask16>(~low), bits));
+            left += lows;
+            return;
+        } else {
+            static constexpr LaneOrders orders = laneOrders(n, 1);
+            const __m512i order =
+                _mm512_maskz_cvtepu8_epi64(kAllLanes & 0xFF, loadBytes<8>(&orders.order[low]));
+            const __m512d parted = _mm512_maskz_permutexvar_pd(kAllLanes & 0xFF, order, v);
+            store(left, parted);
+            store(right - n, parted);
+        }
+#else
+        static constexpr LaneOrders orders = laneOrders(n, sizeof(T) / 4);
+        const __m256i order = _mm256_cvtepu8_epi32(loadBytes<8>(&orders.order[low]));
+        const __m256i parted = _mm256_permutevar8x32_epi32(bitCast<__m256i>(v), order);
+        store(left, parted);
+        store(right - n, parted);
+#endif
+        left += lows;
+        right -= n - lows;
+    }
+#endif
+}
+
+// Whether a double among those that it saw is a NaN or -0.
+template <class V>
+class OddWatch {
+  public:
+    ZPP_INLINE void look(V v) {
+#ifdef __AVX512F__
+        if constexpr (sizeof(V) == 64) {
+            constexpr int oddClasses = 0x01 | 0x04 | 0x80;  // quiet NaN, -0, signalling NaN
+            lanes_ |= laneBits(_mm512_fpclass_pd_mask(v, oddClasses));
+            return;
+        }
+#endif
+        met_ |= (v != v) | (bitCast<Mask>(v) == INT64_MIN);
+    }
+    ZPP_INLINE bool met() const { return lanes_ != 0 || any(met_); }
+
+  private:
+    using Mask = decltype(V{} < V{});
+    Mask met_{};
+    unsigned lanes_ = 0;
+};
+
+}  // namespace zpp::ZPP_ISA

@@ -1,0 +1,130 @@
+// Sorting in place.
+#include "core/checks.h"
+#include "core/precision.h"
+#include "stats/exports.h"
+#include "stats/sort_kernel.h"
+
+namespace zpp::ZPP_ISA {
+namespace {
+
+template <class T>
+inline void sortUp(T* p, size_t len) {
+    MedianOfMedians<T> choose;
+    sortAll(p, len, choose);
+}
+
+template <class T>
+void reverse(T* p, size_t len) {
+    constexpr size_t n = kLanes<T>;
+    if constexpr (n > 1)
+        for (; len >= n; p += n, len = len > 2 * n ? len - 2 * n : 0) {
+            const auto first = load<Vec<T>>(p), last = load<Vec<T>>(p + len - n);
+            store(p, exchangeLanes<n - 1>(last));
+            store(p + len - n, exchangeLanes<n - 1>(first));
+        }
+    for (size_t i = 0; i < len / 2; ++i) {
+        const T x = p[i];
+        p[i] = p[len - 1 - i];
+        p[len - 1 - i] = x;
+    }
+}
+
+// Doubles as integers of their bits, which no register changes, and which no comparison has to be ordered
+// for.
+constexpr uint64_t kSign = uint64_t{1} << 63, kInfinity = uint64_t{0x7FF} << 52;
+
+// Moves NaNs to the end, where they are in the order that they were found in; gives how many others there
+// are.
+size_t moveNansToEnd(Zpp64f* p, size_t len) {
+    size_t end = len;
+    for (size_t i = len; i-- > 0;) {
+        const auto x = load<uint64_t>(p + i);
+        if ((x & ~kSign) <= kInfinity) continue;
+        store(p + i, load<uint64_t>(p + --end));
+        store(p + end, x);
+    }
+    return end;
+}
+
+// How many of the first elements a condition holds of, of which it does for none behind one for which it does
+// not.
+template <class Holds>
+inline size_t countFirst(const Zpp64f* p, size_t len, Holds holds) {
+    size_t begin = 0;
+    while (begin < len) {
+        const size_t middle = begin + (len - begin) / 2;
+        if (holds(p[middle]))
+            begin = middle + 1;
+        else
+            len = middle;
+    }
+    return begin;
+}
+
+// Of sorted elements, puts -0 before +0, which compare equal.
+void sortZeros(Zpp64f* p, size_t len) {
+    const size_t first = countFirst(p, len, [](double x) { return x < 0; });
+    const size_t zeros = countFirst(p + first, len - first, [](double x) { return x <= 0; });
+    size_t negative = 0;
+    for (size_t i = 0; i < zeros; ++i) negative += load<uint64_t>(p + first + i) != 0;
+    for (size_t i = 0; i < zeros; ++i) store(p + first + i, i < negative ? kSign : 0);
+}
+
+bool hasNansOrNegativeZeros(const Zpp64f* p, size_t len) {
+    constexpr size_t n = kLanes<double>;
+    if (len < n) return true;  // soon looked at
+    OddWatch<Vec<double>> watch;
+    for (size_t i = 0; i < len - n; i += n) watch.look(load<Vec<double>>(p + i));
+    watch.look(load<Vec<double>>(p + (len - n)));
+    return watch.met();
+}
+
+// Sorts all but NaNs, which go to the end; gives how many these others are.
+size_t sortNumbers(Zpp64f* p, size_t len) {
+    if constexpr (kVectorBytes > 0) {
+        const SubnormalsKept subnormals;
+        const bool odd = hasNansOrNegativeZeros(p, len);
+        const size_t numbers = odd ? moveNansToEnd(p, len) : len;
+        sortUp(p, numbers);
+        if (odd) sortZeros(p, numbers);
+        return numbers;
+    } else {
+        // Integers that are in order where the doubles are: of negative ones all bits but the sign change.
+        const size_t numbers = moveNansToEnd(p, len);
+        const auto exchange = [=] {
+            for (size_t i = 0; i < numbers; ++i) {
+                const auto x = load<int64_t>(p + i);
+                store(p + i, x < 0 ? x ^ INT64_MAX : x);
+            }
+        };
+        exchange();
+        sortUp(reinterpret_cast<int64_t*>(p), numbers);
+        exchange();
+        return numbers;
+    }
+}
+
+template <bool kDescending>
+inline ZppStatus sort(Zpp32s* p, int len) {
+    if (const ZppStatus error = checkVectors(len, p)) return error;
+    sortUp(p, static_cast<size_t>(len));
+    if (kDescending) reverse(p, static_cast<size_t>(len));
+    return zppStatusOk;
+}
+template <bool kDescending>
+inline ZppStatus sort(Zpp64f* p, int len) {
+    if (const ZppStatus error = checkVectors(len, p)) return error;
+    const size_t numbers = sortNumbers(p, static_cast<size_t>(len));
+    using Same = std::conditional_t<kVectorBytes == 0, int64_t, double>;
+    if (kDescending) reverse(reinterpret_cast<Same*>(p), numbers);
+    return zppStatusOk;
+}
+
+}  // namespace
+
+ZppStatus zppsSortAscend_32s_I(Zpp32s* pSrcDst, int len) { return sort<false>(pSrcDst, len); }
+ZppStatus zppsSortAscend_64f_I(Zpp64f* pSrcDst, int len) { return sort<false>(pSrcDst, len); }
+ZppStatus zppsSortDescend_32s_I(Zpp32s* pSrcDst, int len) { return sort<true>(pSrcDst, len); }
+ZppStatus zppsSortDescend_64f_I(Zpp64f* pSrcDst, int len) { return sort<true>(pSrcDst, len); }
+
+}  // namespace zpp::ZPP_ISA
