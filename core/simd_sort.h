@@ -15,7 +15,7 @@ namespace zpp::ZPP_ISA {
 template <class V>
 ZPP_INLINE void putInOrder(V& a, V& b) {
     if constexpr (kVectorBytes == 16 && std::is_same_v<V, Vec<int32_t>>) {  // without instructions for both
-        const V changed = (a ^ b) & (a > b);
+        const V changed = pinned((a ^ b) & (a > b));  // GCC 12 makes two selections of it otherwise
         a ^= changed;
         b ^= changed;
     } else {
@@ -130,17 +130,20 @@ ZPP_INLINE void storeFirst(T* p, V v, size_t count) {
 #endif
 }
 
-// Lanes of a step that parts elements by a pivot: builds without permutations by variable numbers take single
-// elements.
+// Lanes of a step that parts elements by a pivot: as many as a table of orders has room for, or single
+// elements where there are no permutations by variable numbers.
 template <class T>
-inline constexpr int kPartedLanes = kVectorBytes > 16 ? kLanes<T> : 1;
+inline constexpr int kPartedLanes = kVectorBytes <= 16 ? 1
+                                    : kLanes<T> <= 8   ? kLanes<T>
+                                                       : 8;
 
 #ifdef __AVX2__
-// For each set of lanes that are low, as bits, the order of all lanes that has these first: one byte each.
+// For each set of lanes that are low, as bits, the order of all lanes that has these first: one byte for each
+// part of a lane.
 struct LaneOrders {
     uint64_t order[256];
 };
-constexpr LaneOrders laneOrders(int lanes, int parts) {
+constexpr LaneOrders makeLaneOrders(int lanes, int parts) {
     LaneOrders all{};
     for (unsigned low = 0; low < 1u << lanes; ++low) {
         int place = 0;
@@ -151,6 +154,21 @@ constexpr LaneOrders laneOrders(int lanes, int parts) {
                         all.order[low] |= static_cast<uint64_t>(lane * parts + part) << 8 * place++;
     }
     return all;
+}
+template <int kParted>
+static constexpr LaneOrders kLaneOrders = makeLaneOrders(kParted, 8 / kParted);
+
+// The low lanes first.
+template <class V>
+ZPP_INLINE V inLaneOrder(V v, unsigned low) {
+    const __m128i order = loadBytes<8>(&kLaneOrders<sizeof(V) / sizeof(Lane<V>)>.order[low]);
+#ifdef __AVX512F__
+    if constexpr (sizeof(V) == 64)
+        return _mm512_maskz_permutexvar_pd(kAllLanes & 0xFF,
+                                           _mm512_maskz_cvtepu8_epi64(kAllLanes & 0xFF, order), v);
+#endif
+    if constexpr (sizeof(V) == 32)
+        return bitCast<V>(_mm256_permutevar8x32_epi32(bitCast<__m256i>(v), _mm256_cvtepu8_epi32(order)));
 }
 #endif
 
@@ -163,7 +181,7 @@ ZPP_INLINE unsigned lowLanes(V v, V pivot) {
     else if constexpr (doubles)
         return laneBits(_mm512_cmp_pd_mask(v, pivot, kOrEqual ? _CMP_LE_OQ : _CMP_LT_OQ));
     else
-        return laneBits(_mm512_cmp_epi32_mask(bitCast<__m512i>(v), bitCast<__m512i>(pivot),
+        return laneBits(_mm256_cmp_epi32_mask(bitCast<__m256i>(v), bitCast<__m256i>(pivot),
                                               kOrEqual ? _MM_CMPINT_LE : _MM_CMPINT_LT));
 #elif defined(__AVX2__)
     else if constexpr (doubles)
@@ -176,47 +194,24 @@ ZPP_INLINE unsigned lowLanes(V v, V pivot) {
 #endif
 }
 
-// Puts the low lanes of v at `left` and the others before `right`, and moves both to what is between. Whole
-// registers are stored: what lies between is free, and holds as many lanes, or twice as many and more.
+// Of `count` places from `begin` on some at both ends are free. Puts the low lanes of v at the beginning and
+// the others at the end, and takes their places off. Whole registers are stored: so many places must be free
+// at each end, or be all that there are.
 template <bool kOrEqual, class V, class T>
-ZPP_INLINE void part(V v, V pivot, T*& left, T*& right) {
+ZPP_INLINE void part(V v, V pivot, T*& begin, size_t& count) {
     const unsigned low = lowLanes<kOrEqual>(v, pivot);
     if constexpr (std::is_arithmetic_v<V>) {
-        *left = v;
-        right[-1] = v;
-        left += low;
-        right -= 1 - low;
+        begin[0] = v;
+        begin[--count] = v;
+        begin += low;
     }
 #ifdef __AVX2__
     else {
-        constexpr int n = kPartedLanes<T>;
-        const int lows = __builtin_popcount(low);
-#ifdef __AVX512F__
-        if constexpr (sizeof(T) == 4) {
-            const auto bits = bitCast<__m512i>(v);
-            store(left, _mm512_maskz_compress_epi32(static_cast<__mmask16>(low), bits));
-            right -= n - lows;
-            _mm512_mask_storeu_epi32(right, firstLanes<T>(static_cast<size_t>(n - lows)),
-                                     _mm512_maskz_compress_epi32(static_cast<__mmask16>(~low), bits));
-            left += lows;
-            return;
-        } else {
-            static constexpr LaneOrders orders = laneOrders(n, 1);
-            const __m512i order =
-                _mm512_maskz_cvtepu8_epi64(kAllLanes & 0xFF, loadBytes<8>(&orders.order[low]));
-            const __m512d parted = _mm512_maskz_permutexvar_pd(kAllLanes & 0xFF, order, v);
-            store(left, parted);
-            store(right - n, parted);
-        }
-#else
-        static constexpr LaneOrders orders = laneOrders(n, sizeof(T) / 4);
-        const __m256i order = _mm256_cvtepu8_epi32(loadBytes<8>(&orders.order[low]));
-        const __m256i parted = _mm256_permutevar8x32_epi32(bitCast<__m256i>(v), order);
-        store(left, parted);
-        store(right - n, parted);
-#endif
-        left += lows;
-        right -= n - lows;
+        const V parted = inLaneOrder(v, low);
+        count -= kPartedLanes<T>;
+        store(begin, parted);
+        store(begin + count, parted);
+        begin += static_cast<unsigned>(__builtin_popcount(low));
     }
 #endif
 }
@@ -233,7 +228,7 @@ class OddWatch {
             return;
         }
 #endif
-        met_ |= (v != v) | (bitCast<Mask>(v) == INT64_MIN);
+        met_ |= (v != v) | (bitCast<Vec<int64_t, sizeof(V) / sizeof(int64_t)>>(v) == INT64_MIN);
     }
     ZPP_INLINE bool met() const { return lanes_ != 0 || any(met_); }
 

@@ -9,38 +9,52 @@
 
 namespace zpp::ZPP_ISA {
 
-// Parts len elements, of which there are at least three blocks, into those below the pivot, or not above it,
-// and the others, and gives the number of the first ones.
+// Parts len elements, two blocks or more, into those below the pivot, or not above it, and the others, and
+// gives the number of the first ones.
 template <bool kOrEqual, class T>
 [[gnu::noinline]] size_t partRange(T* p, size_t len, T pivotElement) {
-    constexpr int n = kPartedLanes<T>, kRows = n == 1 ? 8 : 4;
+    constexpr int n = kPartedLanes<T>, kRows = 8;
     constexpr size_t block = kRows * n;
     using V = Vec<T, n>;
     const V pivot = broadcast<V>(pivotElement);
-    // The first block, and at least one of the end, so that a number of blocks is between them.
-    T held[3 * block];
-    const size_t rest = len % block;
-    memcpy(held + block, p + len - 2 * block, 2 * block * sizeof(T));
-    memcpy(held + block - rest, p, block * sizeof(T));
-
-    T *left = p, *right = p + len;  // what is parted ends and begins here
-    const T *first = p + block, *last = p + len - block - rest;
-    while (first < last) {
-        const bool atLeft = first - left <= right - last;
-        const T* from = atLeft ? first : last - block;
-        first += atLeft ? block : 0;
-        last -= atLeft ? 0 : block;
-        V rows[kRows];
+    // Where there is room: in the places from `begin` on, but for those from `first` to `last`, which are not
+    // read. A block at each end is read now, and one more before what was read last is parted: the processor
+    // need not wait for where that ends.
+    T* begin = p;
+    size_t count = len;
+    const T *first = p + block, *last = p + len - block;
+    V held[kRows], rows[kRows];
 #pragma GCC unroll 8
-        for (int i = 0; i < kRows; ++i) rows[i] = load<V>(from + i * n);
-#pragma GCC unroll 8
-        for (int i = 0; i < kRows; ++i) part<kOrEqual>(rows[i], pivot, left, right);
+    for (int i = 0; i < kRows; ++i) {
+        held[i] = load<V>(p + i * n);
+        rows[i] = load<V>(last + i * n);
     }
-    // Single elements first: whole registers are right where what is free is a multiple of them.
-    const T *from = held + block - rest, *const end = held + 3 * block;
-    for (size_t i = rest % n; i > 0; --i) part<kOrEqual>(*from++, pivotElement, left, right);
-    for (; from < end; from += n) part<kOrEqual>(load<V>(from), pivot, left, right);
-    return static_cast<size_t>(left - p);
+    // What makes no block.
+    const size_t rest = len % block;
+    for (size_t i = rest % n; i > 0; --i) part<kOrEqual>(*--last, pivotElement, begin, count);
+    for (size_t i = rest / n; i > 0; --i) part<kOrEqual>(load<V>(last -= n), pivot, begin, count);
+
+    while (first < last) {
+        // From the end with less room: all bits of `atLast` or none. A branch would be mispredicted half of
+        // the times.
+        const size_t atLast = 0 - opaque(first - begin > begin + count - last);
+        const T* next = first + (static_cast<size_t>(last - block - first) & atLast);
+        first += block & ~atLast;
+        last -= block & atLast;
+        V now[kRows];
+#pragma GCC unroll 8
+        for (int i = 0; i < kRows; ++i) {
+            now[i] = rows[i];
+            rows[i] = load<V>(next + i * n);
+        }
+#pragma GCC unroll 8
+        for (int i = 0; i < kRows; ++i) part<kOrEqual>(now[i], pivot, begin, count);
+    }
+#pragma GCC unroll 8
+    for (int i = 0; i < kRows; ++i) part<kOrEqual>(rows[i], pivot, begin, count);
+#pragma GCC unroll 8
+    for (int i = 0; i < kRows; ++i) part<kOrEqual>(held[i], pivot, begin, count);
+    return static_cast<size_t>(begin - p);
 }
 
 // Pivots: of rows at places spread evenly the medians of the lanes, and of these the median.
@@ -48,17 +62,17 @@ template <class T>
 class MedianOfMedians {
   public:
     T operator()(const T* p, size_t len) {
-        constexpr int n = kLanes<T>, kRows = 8;
+        constexpr int n = kLanes<T>, kRows = n == 1 ? 8 : 4;
         Vec<T> rows[kRows];
         for (auto& row : rows) {
             place_ += 0x9E3779B9;  // steps of the golden ratio
             row = load<Vec<T>>(p + (uint64_t{place_} * (len - n + 1) >> 32));
         }
         sortColumns(rows);
+        Vec<T> medians[] = {rows[kRows / 2]};
         if constexpr (n == 1) {
-            return rows[kRows / 2];
+            return medians[0];
         } else {
-            Vec<T> medians[] = {rows[kRows / 2]};
             sortRows(medians);
             return medians[0][n / 2 - 1];
         }

@@ -145,10 +145,11 @@ TEST_P(Sort, NansAndZeros) {
             for (const int len : {1, 2, 3, 7, 16, 33, 100, 700, 3000}) {
                 std::vector<Bits> values;
                 for (int i = 0; i < len; ++i)
-                    values.push_back(random.below(of) == 0
-                                         ? row.special[random.below(row.special.size())] ^
-                                               (isNan(row.special[0]) ? random.below(2) << 40 : 0)
-                                         : bitsOf(random.uniform()));
+                    values.push_back(
+                        random.below(of) == 0
+                            ? row.special[static_cast<std::size_t>(random.below(row.special.size()))] ^
+                                  (isNan(row.special[0]) ? random.below(2) << 40 : 0)
+                            : bitsOf(random.uniform()));
                 expectSorted(row.name, values);
             }
 }
