@@ -228,7 +228,8 @@ class OddWatch {
             return;
         }
 #endif
-        met_ |= (v != v) | (bitCast<Vec<int64_t, sizeof(V) / sizeof(int64_t)>>(v) == INT64_MIN);
+        using Bits = Vec<int64_t, sizeof(V) / sizeof(int64_t)>;
+        met_ |= (v != v) | ((v == 0) & bitCast<Bits>(v));  // SSE2 compares no integers of 64 bits
     }
     ZPP_INLINE bool met() const { return lanes_ != 0 || any(met_); }
 

@@ -15,6 +15,7 @@ template <bool kOrEqual, class T>
 [[gnu::noinline]] size_t partRange(T* p, size_t len, T pivotElement) {
     constexpr int n = kPartedLanes<T>, kRows = 8;
     constexpr size_t block = kRows * n;
+    static_assert(2 * block <= kFewElements<T>);
     using V = Vec<T, n>;
     const V pivot = broadcast<V>(pivotElement);
     // Where there is room: in the places from `begin` on, but for those from `first` to `last`, which are not
