@@ -10,7 +10,8 @@ namespace {
 template <class T, class Order, bool kBest>
 void sort(T* p, int len) {
     static const hwy::Sorter sorter;
-    hwy::GetChosenTarget().Update(kBest ? hwy::SupportedTargets() : int64_t{HWY_AVX2});
+    static const int64_t targets = kBest ? hwy::SupportedTargets() : int64_t{HWY_AVX2};  // to ask takes long
+    hwy::GetChosenTarget().Update(targets);
     sorter(p, static_cast<size_t>(len), Order());
 }
 
