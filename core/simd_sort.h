@@ -74,7 +74,7 @@ ZPP_INLINE V rotateLaneNumbers(V v) {
 #ifdef __AVX512F__
 template <class T>
 ZPP_INLINE auto firstLanes(size_t count) {
-    constexpr unsigned all = (1u << kLanes<T>)-1;
+    constexpr unsigned all = kAllLanes >> (16 - kLanes<T>);
     return static_cast<std::conditional_t<sizeof(T) == 8, __mmask8, __mmask16>>(
         _bzhi_u32(all, static_cast<uint32_t>(count)));
 }
@@ -236,7 +236,7 @@ class OddWatch {
   private:
     using Mask = decltype(V{} < V{});
     Mask met_{};
-    unsigned lanes_ = 0;
+    unsigned lanes_ = 0;  // where comparisons give bits, not lanes
 };
 
 }  // namespace zpp::ZPP_ISA

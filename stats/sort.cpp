@@ -29,8 +29,7 @@ void reverse(T* p, size_t len) {
     }
 }
 
-// Doubles as integers of their bits, which no register changes, and which no comparison has to be ordered
-// for.
+// Doubles by their bits: an x87 register would make signalling NaNs quiet.
 constexpr uint64_t kSign = uint64_t{1} << 63, kInfinity = uint64_t{0x7FF} << 52;
 
 // Moves NaNs to the end, where they are in the order that they were found in; gives how many others there
@@ -46,8 +45,7 @@ size_t moveNansToEnd(Zpp64f* p, size_t len) {
     return end;
 }
 
-// How many of the first elements a condition holds of, of which it does for none behind one for which it does
-// not.
+// How many elements a condition holds of, which are the first ones.
 template <class Holds>
 inline size_t countFirst(const Zpp64f* p, size_t len, Holds holds) {
     size_t begin = 0;
@@ -89,7 +87,8 @@ size_t sortNumbers(Zpp64f* p, size_t len) {
         if (odd) sortZeros(p, numbers);
         return numbers;
     } else {
-        // Integers that are in order where the doubles are: of negative ones all bits but the sign change.
+        // As integers that are in order where the doubles are, zeros too: of negative ones all bits but the
+        // sign are turned over.
         const size_t numbers = moveNansToEnd(p, len);
         const auto exchange = [=] {
             for (size_t i = 0; i < numbers; ++i) {

@@ -1,8 +1,8 @@
 // Sorting of vectors: quicksort in place, down to what networks in registers sort (stats/sort_network.h).
 //
 // A range is parted by registers: what is read from its ends makes room for what is stored there, and always
-// the end with less room is read next. Depth and time are bounded: after as many bad pivots as a good half of
-// the ranges on the way down would be, a range is sorted by heapsort.
+// the end with less room is read next. Depth and time are bounded: a range is sorted by heapsort after twice
+// as many bad pivots on the way down to it as there would be halvings to the end.
 #pragma once
 
 #include "stats/sort_network.h"
