@@ -166,4 +166,43 @@ template <class Op, class D, class... S>
     return zppStatusOk;
 }
 
+// How a step of a result goes to memory: write(p, v) of a register, or of several that follow each other.
+template <bool kStreamed>
+struct Write {
+    template <class T, class V>
+    ZPP_INLINE void operator()(T* p, V v) const {
+        if constexpr (kIsHalves<V> && sizeof(V) > sizeof(T)) {
+            (*this)(p, v.low);
+            (*this)(p + sizeof(v.low) / sizeof(T), v.high);
+        } else if constexpr (kStreamed) {
+            streamElements(p, v);
+        } else {
+            storeElements(p, v);
+        }
+    }
+};
+
+template <int N, bool kFourAtOnce, class Compute, class Put>
+[[gnu::noinline]] ZppStatus streamSteps(size_t len, const void* dst, size_t elementSize, Compute compute,
+                                        Put put) {
+    forEachStep<N, kFourAtOnce>(len, dst, elementSize, compute,
+                                [=](auto, size_t i, auto v) { put(Write<true>(), i, v); });
+    streamFence();
+    return zppStatusOk;
+}
+
+// forEachStep with loads and stores of the caller's own, put(write, i, v), and a result of elements of
+// elementSize bytes, which is streamed where it is long. Where there are fewer than N, a step takes Short.
+template <int N, bool kFourAtOnce = false, int Short = N, class Compute, class Put>
+ZPP_INLINE ZppStatus writeSteps(size_t len, const void* dst, size_t elementSize, Compute compute, Put put) {
+    const auto store = [=](auto, size_t i, auto v) ZPP_INLINE_LAMBDA { put(Write<false>(), i, v); };
+    if (isStreamed(dst, len * elementSize)) [[unlikely]]
+        return streamSteps<N, kFourAtOnce>(len, dst, elementSize, compute, put);
+    if (N > Short && len < N)
+        forEachStep<Short>(len, dst, elementSize, compute, store);
+    else
+        forEachStep<N, kFourAtOnce>(len, dst, elementSize, compute, store);
+    return zppStatusOk;
+}
+
 }  // namespace zpp::ZPP_ISA

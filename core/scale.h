@@ -25,7 +25,7 @@ inline constexpr Range<int32_t> kRange<uint16_t> = {0, 65535};
 template <>
 inline constexpr Range<int32_t> kRange<int32_t> = {-0x7FFFFFFF - 1, 0x7FFFFFFF};
 
-inline int clamp(int x, int lower, int upper) { return x < lower ? lower : x > upper ? upper : x; }
+inline constexpr int clamp(int x, int lower, int upper) { return x < lower ? lower : x > upper ? upper : x; }
 
 template <class T, class V>
 ZPP_INLINE V saturate(V v, Range<T> range) {

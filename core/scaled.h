@@ -56,28 +56,40 @@ struct Reversed {
     }
 };
 
-// run(op), where op(a, b) is the sum, scaled: the case of the scale factor is chosen once for a call.
-template <class Terms, class Run>
-ZPP_INLINE ZppStatus withScaledSum(int scaleFactor, Run run) {
+// run(scaled), where scaled(Sum(), a, b) is a + b, scaled, and of Difference a - b: the case of the scale
+// factor is chosen once for a call.
+template <class Run>
+ZPP_INLINE ZppStatus withScaledSums(int scaleFactor, Run run) {
     const auto runOn = [=](auto op) ZPP_INLINE_LAMBDA {
-        return run([=](auto a, auto b) ZPP_INLINE_LAMBDA { return mapRegisters(op, a, b); });
+        return run([=](auto terms, auto a, auto b) ZPP_INLINE_LAMBDA {
+            return mapRegisters([=](auto x, auto y) ZPP_INLINE_LAMBDA { return op(terms, x, y); }, a, b);
+        });
     };
     if (scaleFactor == 0)
-        return runOn([](auto a, auto b) ZPP_INLINE_LAMBDA { return Terms::saturated(a, b); });
+        return runOn([](auto terms, auto a, auto b) ZPP_INLINE_LAMBDA { return terms.saturated(a, b); });
     if (scaleFactor < 0) {
         const SaturatedShiftLeft<int32_t> shift(-clamp(scaleFactor, -31, 0), kRange<int32_t>);
-        return runOn([=](auto a, auto b) ZPP_INLINE_LAMBDA { return shift(Terms::saturated(a, b)); });
+        return runOn([=](auto terms, auto a, auto b)
+                         ZPP_INLINE_LAMBDA { return shift(terms.saturated(a, b)); });
     }
     if (scaleFactor == 1)
-        return runOn([](auto a, auto b) ZPP_INLINE_LAMBDA {
-            const auto half = Terms::half(a, b);
+        return runOn([](auto terms, auto a, auto b) ZPP_INLINE_LAMBDA {
+            const auto half = terms.half(a, b);
             // Up from an odd one; but 2^31 - 1/2, which only a difference is, saturates.
             return half + ((half < kRange<int32_t>.upper) & half & (a ^ b) & 1);
         });
     if (scaleFactor > 32)
-        return runOn([](auto a, auto) ZPP_INLINE_LAMBDA { return a ^ a; });  // at most a half
+        return runOn([](auto, auto a, auto) ZPP_INLINE_LAMBDA { return a ^ a; });  // at most a half
     const RoundedShiftRight<int32_t> shift(scaleFactor - 1);
-    return runOn([=](auto a, auto b) ZPP_INLINE_LAMBDA { return shift(Terms::half(a, b), a ^ b); });
+    return runOn([=](auto terms, auto a, auto b)
+                     ZPP_INLINE_LAMBDA { return shift(terms.half(a, b), a ^ b); });
+}
+// The same for one of them, as op(a, b).
+template <class Terms, class Run>
+ZPP_INLINE ZppStatus withScaledSum(int scaleFactor, Run run) {
+    return withScaledSums(scaleFactor, [=](auto scaled) ZPP_INLINE_LAMBDA {
+        return run([=](auto a, auto b) ZPP_INLINE_LAMBDA { return scaled(Terms(), a, b); });
+    });
 }
 
 // What lanes of 64 bits hold: products, -2^62 + 2^31 ... 2^62; sums of two, which are 2^31 away from the ends

@@ -14,11 +14,12 @@ template <class V, int... I>
 ZPP_INLINE Halves<V> deinterleaved(V a, V b, std::integer_sequence<int, I...>) {
     return {shuffle<2 * I...>(a, b), shuffle<(2 * I + 1)...>(a, b)};
 }
-// The lanes of a and b in turn.
-template <class V, int... I>
+// The elements of a and b in turn, of `Unit` lanes each.
+template <int Unit, class V, int... I>
 ZPP_INLINE Halves<V> interleaved(V a, V b, std::integer_sequence<int, I...>) {
     constexpr int n = sizeof...(I);
-    return {shuffle<(I / 2 + I % 2 * n)...>(a, b), shuffle<(n / 2 + I / 2 + I % 2 * n)...>(a, b)};
+    return {shuffle<(I / (2 * Unit) * Unit + I % Unit + I / Unit % 2 * n)...>(a, b),
+            shuffle<(n / 2 + I / (2 * Unit) * Unit + I % Unit + I / Unit % 2 * n)...>(a, b)};
 }
 template <class V>
 using LaneIndices = std::make_integer_sequence<int, sizeof(V) / sizeof(Lane<V>)>;
@@ -67,19 +68,31 @@ ZPP_INLINE Halves<V> loadDeinterleaved(const T* p) {
         return deinterleaved(load<V>(p), load<V>(p + n));
 }
 
-// The inverse: registers to be stored in turn. A pair of single elements is one already.
-template <class V>
+// 2 N elements as Numbers, those of each kind in as many registers as they need.
+template <int N, class Number, class T>
+ZPP_INLINE auto loadDeinterleaved(const T* p) {
+    if constexpr (N > kLanes<Number>) {
+        const auto low = loadDeinterleaved<N / 2, Number>(p), high = loadDeinterleaved<N / 2, Number>(p + N);
+        return halves(halves(low.low, high.low), halves(low.high, high.high));
+    } else {
+        return loadDeinterleaved<Vec<Number, N>>(p);
+    }
+}
+
+// The inverse: registers to be stored in turn, of elements of `Unit` lanes. A pair of single elements is one
+// already.
+template <int Unit = 1, class V>
 ZPP_INLINE Halves<V> interleaved(Halves<V> v) {
-    if constexpr (std::is_arithmetic_v<V>) return v;
+    if constexpr (sizeof(V) == Unit * sizeof(Lane<V>)) return v;
 #ifdef __AVX2__
     // Of 64-bit lanes GCC 12 makes six shuffles where four do.
-    else if constexpr (sizeof(V) == 32 && sizeof(Lane<V>) == 8) {
+    else if constexpr (sizeof(V) == 32 && Unit * sizeof(Lane<V>) == 8) {
         const V even = evenLanes(v.low, v.high), odd = oddLanes(v.low, v.high);
         return {shuffle<0, 1, 4, 5>(even, odd), shuffle<2, 3, 6, 7>(even, odd)};
     }
 #endif
     else
-        return interleaved(v.low, v.high, LaneIndices<V>());
+        return interleaved<Unit>(v.low, v.high, LaneIndices<V>());
 }
 
 }  // namespace zpp::ZPP_ISA

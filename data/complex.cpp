@@ -33,17 +33,6 @@ inline ZppStatus ofParts(Op op, const Zpp64f* pSrcRe, const Zpp64f* pSrcIm, Zpp6
         pDst, len, pSrcRe, pSrcIm);
 }
 
-// The parts of N numbers, each in a register or several.
-template <int N>
-ZPP_INLINE auto loadApart(const Zpp64f* p) {
-    if constexpr (N <= kLanes<Bits>) {
-        return loadDeinterleaved<Vec<Bits, N>>(p);
-    } else {
-        const auto low = loadApart<N / 2>(p), high = loadApart<N / 2>(p + N);
-        return halves(halves(low.low, high.low), halves(low.high, high.high));
-    }
-}
-
 // pDst[i] = (re, im), which join makes of elements of the sources.
 template <class Join, class... S>
 inline ZppStatus joined(Join join, Zpp64fc* pDst, int len, const S*... pSrc) {
@@ -100,8 +89,9 @@ ZppStatus zppsCplxToReal_64fc(const Zpp64fc* pSrc, Zpp64f* pDstRe, Zpp64f* pDstI
     // As many as fill a line of the cache: to change between the vectors within one takes twice as long.
     constexpr int n = kVectorBytes == 0 ? 1 : 64 / sizeof(Zpp64f);
     const size_t count = static_cast<size_t>(len);
-    const auto load = [=](auto lanes, size_t i)
-                          ZPP_INLINE_LAMBDA { return loadApart<decltype(lanes)::value>(&pSrc[i].re); };
+    const auto load = [=](auto lanes, size_t i) ZPP_INLINE_LAMBDA {
+        return loadDeinterleaved<decltype(lanes)::value, Bits>(&pSrc[i].re);
+    };
     const auto put = [=](auto, size_t i, auto parts) ZPP_INLINE_LAMBDA {
         storeRegisters(pDstRe + i, parts.low);
         storeRegisters(pDstIm + i, parts.high);

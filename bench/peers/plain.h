@@ -9,6 +9,14 @@ namespace {
 
 inline constexpr const char* kWho = ZPP_WHO;
 
+// Exact, scaled by 2^-shift to nearest even, saturated.
+template <int kShift>
+constexpr Zpp32s scaled(long long x) {
+    constexpr long long half = kShift == 0 ? 0 : (1LL << kShift >> 1) - 1;
+    const long long y = kShift == 0 ? x : (x + half + (x >> kShift & 1)) >> kShift;
+    return static_cast<Zpp32s>(y < -2147483647 - 1 ? -2147483647 - 1 : 2147483647 < y ? 2147483647 : y);
+}
+
 template <auto kOp, class R, class... S>
 void mapLoop(const S* __restrict... src, R* __restrict dst, int len) {
     for (int i = 0; i < len; ++i) dst[i] = kOp(src[i]...);

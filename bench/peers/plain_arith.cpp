@@ -27,13 +27,6 @@ void constantLoop(const T* __restrict a, T val, T* __restrict dst, int len) {
 template <class T, auto kOp>
 constexpr auto withConstant = timed<constantLoop<kOp, T>>;
 
-// Exact, scaled by 2^-shift to nearest even, saturated.
-template <int kShift>
-constexpr Zpp32s scaled(long long x) {
-    constexpr long long half = kShift == 0 ? 0 : (1LL << kShift >> 1) - 1;
-    const long long y = kShift == 0 ? x : (x + half + (x >> kShift & 1)) >> kShift;
-    return static_cast<Zpp32s>(y < -2147483647 - 1 ? -2147483647 - 1 : 2147483647 < y ? 2147483647 : y);
-}
 void divideInts(const Zpp32s* __restrict a, const Zpp32s* __restrict b, Zpp32s* __restrict dst, int len) {
     for (int i = 0; i < len; ++i) {  // by way of a double, which is not always right
         const double y = 32.0 * b[i] / a[i];
