@@ -128,6 +128,14 @@ void registerTransforms() {
 
 namespace {
 [[maybe_unused]] const Jobs packed = {{"MulPerm_64f", 24, timed<zppsMulPerm_64f>}};
-}
+[[maybe_unused]] const Jobs haar = {
+    {"WTHaarFwd_64f", 16, timed<zppsWTHaarFwd_64f>},
+    {"WTHaarFwd_32s", 8, timed<zppsWTHaarFwd_32s>},
+    {"WTHaarFwd_32s_Sfs", 8, timed<zppsWTHaarFwd_32s_Sfs, 3>},
+    {"WTHaarInv_64f", 16, timed<zppsWTHaarInv_64f>},
+    {"WTHaarInv_32s", 8, timed<zppsWTHaarInv_32s>},
+    {"WTHaarInv_32s_Sfs", 8, timed<zppsWTHaarInv_32s_Sfs, 3>},
+};
+}  // namespace
 
 }  // namespace zpp::bench

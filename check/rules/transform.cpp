@@ -55,6 +55,9 @@ constexpr const char kReals[] = "zppsFFT*_R_64f zppsFFT*_RTo* zppsFFT*ToR_64f";
 
 std::size_t ccs(const Function&, const Case& c) { return (static_cast<std::size_t>(c.length) / 2 + 1) * 2; }
 
+std::size_t low(const Function&, const Case& c) { return (static_cast<std::size_t>(c.length) + 1) / 2; }
+std::size_t high(const Function&, const Case& c) { return static_cast<std::size_t>(c.length) / 2; }
+
 const ObjectKind kObjects[] = {kComplex.object("zppsFFT*C_64fc"), kSplit.object("zppsFFT*C_64f"),
                                kReal.object(kReals)};
 
@@ -66,6 +69,8 @@ const Extent kExtents[] = {
     {"zppsConjCcs_64fc zppsFFTInv_CCSToR_*", "pSrc", ccs},
     {"zppsFFTFwd_RToCCS_*", "pDst", ccs},
     stated("zppsFFT*", "pSrc* pDst*", 1),
+    {"zppsWTHaar*", "pSrcLow pDstLow", low},
+    {"zppsWTHaar*", "pSrcHigh pDstHigh", high},
 };
 
 constexpr Optional kOptional[] = {{"zppsFFT*", "pBuffer"}};

@@ -108,4 +108,38 @@ ZPP_EXPORT(ZppStatus, zppsConjPerm_64fc_I, (Zpp64fc* pSrcDst, int len))
 ZPP_EXPORT(ZppStatus, zppsConjCcs_64fc, (const Zpp64f* pSrc, Zpp64fc* pDst, int len))
 ZPP_EXPORT(ZppStatus, zppsConjCcs_64fc_I, (Zpp64fc* pSrcDst, int len))
 
+/* Haar wavelet
+ *
+ * One level: pairs of samples a = x[2i], b = x[2i+1] of a signal of len samples to a low band of (len + 1) / 2 samples
+ * and a high band of len / 2, and back. An odd last sample goes to the low band alone. The results are the same bits
+ * in all columns. No destination may overlap a source or the other destination.
+ *
+ * Returned, in this order of checks: -8 for a null pointer; -6 for len < 1. Calls in several threads may share
+ * sources. */
+
+/* pDstHigh[i] = (b - a) 0.5; pDstLow[i] = a + pDstHigh[i], each operation rounded to double. The odd last sample is
+ * copied. */
+ZPP_EXPORT(ZppStatus, zppsWTHaarFwd_64f, (const Zpp64f* pSrc, int len, Zpp64f* pDstLow, Zpp64f* pDstHigh))
+
+/* pDstLow[i] = (a + b) / 2; pDstHigh[i] = (b - a) / 2, exact and then rounded to nearest, ties to even. One exception:
+ * where a is -2147483648 or -2147483647 and b 2147483646 or 2147483647, the low one is 0 and the high one 2147483647.
+ * The odd last sample is copied. */
+ZPP_EXPORT(ZppStatus, zppsWTHaarFwd_32s, (const Zpp32s* pSrc, int len, Zpp32s* pDstLow, Zpp32s* pDstHigh))
+
+/* The same with (a + b) 2^-(scaleFactor + 1), (b - a) 2^-(scaleFactor + 1) and the odd last sample times
+ * 2^-scaleFactor: exact, rounded to nearest, ties to even, and saturated, without the exception unless scaleFactor is 0.
+ * Any scaleFactor is valid. */
+ZPP_EXPORT(ZppStatus, zppsWTHaarFwd_32s_Sfs,
+           (const Zpp32s* pSrc, int len, Zpp32s* pDstLow, Zpp32s* pDstHigh, int scaleFactor))
+
+/* pDst[2i] = l - h; pDst[2i+1] = l + h, with l = pSrcLow[i] and h = pSrcHigh[i]; of integers saturated. The odd last
+ * sample is copied. */
+ZPP_EXPORT(ZppStatus, zppsWTHaarInv_64f, (const Zpp64f* pSrcLow, const Zpp64f* pSrcHigh, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsWTHaarInv_32s, (const Zpp32s* pSrcLow, const Zpp32s* pSrcHigh, Zpp32s* pDst, int len))
+
+/* The same, all times 2^-scaleFactor, also the odd last sample: exact, rounded to nearest, ties to even, and saturated.
+ * Any scaleFactor is valid. As every scale factor divides, the inverse of the forward form with s takes -s. */
+ZPP_EXPORT(ZppStatus, zppsWTHaarInv_32s_Sfs,
+           (const Zpp32s* pSrcLow, const Zpp32s* pSrcHigh, Zpp32s* pDst, int len, int scaleFactor))
+
 #endif
