@@ -1,6 +1,6 @@
 // FIR filters: beside the plain loop, and beside as many fused multiply-adds as the convolution sum has, at
 // the processor's peak, which direct filtering cannot beat.
-#include "bench/bench.h"
+#include "bench/jobs.h"
 #include "bench/peers/fir.h"
 #include "bench/peers/limits.h"
 
@@ -105,4 +105,31 @@ void registerFilters() {
     compareFft("FIRFft_64f_1024taps", 1024);
 }
 
+namespace {
+
+// For a result of len elements, or from as many; the phase is found where it was.
+template <auto kSample, class T, int kFactor>
+ZppStatus sampleUp(const T* src, int len, T* dst, int phase) {
+    int dstLen = 0;
+    return kSample(src, len / kFactor, dst, &dstLen, kFactor, &phase);
+}
+template <auto kSample, class T>
+ZppStatus sampleDown(const T* src, int len, T* dst, int factor, int phase) {
+    int dstLen = 0;
+    return kSample(src, len, dst, &dstLen, factor, &phase);
+}
+
+[[maybe_unused]] const Jobs sampling = {
+    {"SampleUp_64f_2", 12, timed<sampleUp<zppsSampleUp_64f, Zpp64f, 2>, 1>, true},
+    {"SampleUp_64f_3", 11, timed<sampleUp<zppsSampleUp_64f, Zpp64f, 3>, 1>, true},
+    {"SampleUp_64f_20", 8, timed<sampleUp<zppsSampleUp_64f, Zpp64f, 20>, 1>, true},
+    {"SampleUp_64fc_2", 24, timed<sampleUp<zppsSampleUp_64fc, Zpp64fc, 2>, 1>},
+    {"SampleUp_64fc_4", 20, timed<sampleUp<zppsSampleUp_64fc, Zpp64fc, 4>, 1>},
+    {"SampleDown_64f_2", 12, timed<sampleDown<zppsSampleDown_64f, Zpp64f>, 2, 1>, true},
+    {"SampleDown_64f_5", 10, timed<sampleDown<zppsSampleDown_64f, Zpp64f>, 5, 1>},
+    {"SampleDown_64fc_2", 24, timed<sampleDown<zppsSampleDown_64fc, Zpp64fc>, 2, 1>},
+    {"SampleDown_64fc_5", 20, timed<sampleDown<zppsSampleDown_64fc, Zpp64fc>, 5, 1>},
+};
+
+}  // namespace
 }  // namespace zpp::bench

@@ -7,18 +7,34 @@
 namespace zpp::check {
 namespace {
 
-constexpr Promised kPromises[] = {{"zppsFIR*", Promise::kBound}};
+constexpr Promised kPromises[] = {{"zppsFIR*", Promise::kBound}, {"zppsSample*", Promise::kBits}};
 
 int taps(const Function& f, const Case& c) {
     constexpr int kTaps[] = {1, 2, 3, 4, 5, 7, 8, 15, 16, 31, 32, 33, 64, 100};
     return f.has("numIters") ? kTaps[static_cast<unsigned>(c.length + 5 * c.variant) % 14] : c.length;
 }
 
+int factor(const Case& c) {
+    constexpr int kFactors[] = {1, 2, 3, 4, 5, 8, 20, 130};
+    return kFactors[static_cast<unsigned>(3 * c.length + c.variant) % 8];
+}
+int phase(const Case& c) { return (7 * c.length + c.variant) % factor(c); }
+
 double below(int limit, test::Random& random) {
     return static_cast<double>(random.below(static_cast<std::uint64_t>(limit)));
 }
 
+constexpr double kNoPhase[] = {-1, 130};
 constexpr Number kNumbers[] = {
+    {"zppsSample*", "srcLen",
+     [](const Function&, const Case& c, test::Random&) -> double { return c.length; }, kBelowOne,
+     zppStatusSizeError},
+    {"zppsSample*", "factor",
+     [](const Function&, const Case& c, test::Random&) -> double { return factor(c); }, kBelowOne,
+     zppStatusSampleFactor},
+    {"zppsSample*", "pPhase",
+     [](const Function&, const Case& c, test::Random&) -> double { return phase(c); }, kNoPhase,
+     zppStatusSamplePhase},
     {"zppsFIR*", "numIters", [](const Function&, const Case& c, test::Random&) -> double { return c.length; },
      kBelowOne, zppStatusSizeError},
     {"zppsFIR*", "tapsLen",
@@ -42,7 +58,16 @@ Extent stateBytes(const char* functions, ZppStatus (*getStateSize)(int tapsLen, 
             }};
 }
 
+std::size_t spread(const Function&, const Case& c) { return static_cast<std::size_t>(c.length * factor(c)); }
+std::size_t kept(const Function&, const Case& c) {
+    return static_cast<std::size_t>((c.length - phase(c) + factor(c) - 1) / factor(c));
+}
+
 const Extent kExtents[] = {
+    stated("zppsSample*", "pSrc", 1),
+    stated("zppsSample*", "pDstLen", 0, 1),
+    {"zppsSampleUp*", "pDst", spread},
+    {"zppsSampleDown*", "pDst", kept},
     stateBytes("zppsFIRInit_64f", zppsFIRGetStateSize_64f),
     stateBytes("zppsFIRInit_64fc", zppsFIRGetStateSize_64fc),
     stateBytes("zppsFIRInit64f_32f", zppsFIRGetStateSize64f_32f),

@@ -161,4 +161,30 @@ ZPP_EXPORT(ZppStatus, zppsFIROne_Direct_64fc,
 ZPP_EXPORT(ZppStatus, zppsFIROne_Direct_64fc_I,
            (Zpp64fc* pSrcDst, const Zpp64fc* pTaps, int tapsLen, Zpp64fc* pDlyLine, int* pDlyLineIndex))
 
+/* Up- and down-sampling
+ *
+ * The sampling rate changes by a whole factor, without filtering. A phase from 0 to factor - 1 says where the samples
+ * stand, so that a long signal may be processed in blocks of any lengths. Samples keep their bits. Positions are
+ * computed in 64 bits; any factor is valid. The state of a signal is its phase, in the caller's memory: threads may
+ * share sources.
+ *
+ * Returned, in this order of checks: -8 for a null pointer; -6 for srcLen < 1; -31 for factor < 1; -30 for *pPhase < 0
+ * or *pPhase >= factor; then, up-sampling, -6 where factor srcLen does not fit an int. After an error nothing is
+ * written. */
+
+/* pDst[k factor + *pPhase] = pSrc[k]; the other elements are 0. *pDstLen = factor srcLen, the elements of pDst. The
+ * phase is not changed. pDst must not overlap pSrc. */
+ZPP_EXPORT(ZppStatus, zppsSampleUp_64f,
+           (const Zpp64f* pSrc, int srcLen, Zpp64f* pDst, int* pDstLen, int factor, int* pPhase))
+ZPP_EXPORT(ZppStatus, zppsSampleUp_64fc,
+           (const Zpp64fc* pSrc, int srcLen, Zpp64fc* pDst, int* pDstLen, int factor, int* pPhase))
+
+/* pDst[k] = pSrc[*pPhase + k factor] for all of these that pSrc has; *pDstLen is how many they are, from 0 to
+ * (srcLen + factor - 1) / factor. *pPhase becomes where the first one of the next block stands. pDst may be the same
+ * array as pSrc, but not overlap it otherwise. Nothing is read behind the last sample that is kept. */
+ZPP_EXPORT(ZppStatus, zppsSampleDown_64f,
+           (const Zpp64f* pSrc, int srcLen, Zpp64f* pDst, int* pDstLen, int factor, int* pPhase))
+ZPP_EXPORT(ZppStatus, zppsSampleDown_64fc,
+           (const Zpp64fc* pSrc, int srcLen, Zpp64fc* pDst, int* pDstLen, int factor, int* pPhase))
+
 #endif
