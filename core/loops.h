@@ -166,6 +166,13 @@ template <class Op, class D, class... S>
     return zppStatusOk;
 }
 
+// How many elements of T a step takes that writes to two vectors: a cache line of each, if the registers hold
+// it. Stores that change between the vectors within a line take up to two and a half times as long.
+template <class T>
+inline constexpr int kLineStep = kVectorBytes == 0 ? 1
+                                                   : clamp(kRegisters / 4 * kVectorBytes, kVectorBytes, 64) /
+                                                         static_cast<int>(sizeof(T));
+
 // How a step of a result goes to memory: write(p, v) of a register, or of several that follow each other.
 template <bool kStreamed>
 struct Write {

@@ -86,21 +86,14 @@ ZppStatus zppsImag_64fc(const Zpp64fc* pSrc, Zpp64f* pDst, int len) {
 }
 ZppStatus zppsCplxToReal_64fc(const Zpp64fc* pSrc, Zpp64f* pDstRe, Zpp64f* pDstIm, int len) {
     if (const ZppStatus error = checkVectors(len, pSrc, pDstRe, pDstIm)) return error;
-    // As many as fill a line of the cache: to change between the vectors within one takes twice as long.
-    constexpr int n = kVectorBytes == 0 ? 1 : 64 / sizeof(Zpp64f);
-    const size_t count = static_cast<size_t>(len);
-    const auto load = [=](auto lanes, size_t i) ZPP_INLINE_LAMBDA {
-        return loadDeinterleaved<decltype(lanes)::value, Bits>(&pSrc[i].re);
-    };
-    const auto put = [=](auto, size_t i, auto parts) ZPP_INLINE_LAMBDA {
-        storeRegisters(pDstRe + i, parts.low);
-        storeRegisters(pDstIm + i, parts.high);
-    };
-    if (count < n)
-        forEachStep<kLanes<Bits>>(count, pDstRe, sizeof(Zpp64f), load, put);
-    else
-        forEachStep<n>(count, pDstRe, sizeof(Zpp64f), load, put);
-    return zppStatusOk;
+    return writeSteps<kLineStep<Zpp64f>, false, kLanes<Bits>>(
+        static_cast<size_t>(len), pDstRe, sizeof(Zpp64f),
+        [=](auto lanes, size_t i)
+            ZPP_INLINE_LAMBDA { return loadDeinterleaved<decltype(lanes)::value, Bits>(&pSrc[i].re); },
+        [=](auto write, size_t i, auto parts) ZPP_INLINE_LAMBDA {
+            write(pDstRe + i, parts.low);
+            write(pDstIm + i, parts.high);
+        });
 }
 
 ZppStatus zppsRealToCplx_64f(const Zpp64f* pSrcRe, const Zpp64f* pSrcIm, Zpp64fc* pDst, int len) {

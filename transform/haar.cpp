@@ -11,20 +11,13 @@ struct Bands {
     V low, high;
 };
 
-// A step takes a cache line of each band, if the registers hold it: stores that go to two places in turn take
-// longer when they are less.
-template <class T>
-inline constexpr int kBandStep = kVectorBytes == 0 ? 1
-                                                   : clamp(kRegisters / 4 * kVectorBytes, kVectorBytes, 64) /
-                                                         static_cast<int>(sizeof(T));
-
 // split(a, b) gives the Bands of a pair; last(a) the low sample of a without b.
 template <class T, class Split, class Last>
 ZPP_INLINE ZppStatus forward(const T* pSrc, int len, T* pDstLow, T* pDstHigh, Split split, Last last) {
     if (const ZppStatus error = checkVectors(len, pSrc, pDstLow, pDstHigh)) return error;
     const size_t pairs = static_cast<size_t>(len) / 2;
     if (len % 2 != 0) pDstLow[pairs] = last(pSrc[2 * pairs]);
-    return writeSteps<kBandStep<T>, false, kLanes<T>>(
+    return writeSteps<kLineStep<T>, false, kLanes<T>>(
         pairs, pDstLow, sizeof(T),
         [=](auto lanes, size_t i) ZPP_INLINE_LAMBDA {
             const auto pair = loadDeinterleaved<decltype(lanes)::value, T>(pSrc + 2 * i);
