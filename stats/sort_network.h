@@ -134,7 +134,7 @@ template <int kRows, class T>
 ZPP_INLINE void sortInRegisters(T* p, size_t len) {
     constexpr int n = kLanes<T>;
     const auto countIn = [=](int row) ZPP_INLINE_LAMBDA {
-        const auto before = static_cast<size_t>(row * n);
+        const size_t before = static_cast<size_t>(row) * n;
         return len > before ? len - before : 0;
     };
     Vec<T> rows[kRows];

@@ -58,7 +58,9 @@ Extent stateBytes(const char* functions, ZppStatus (*getStateSize)(int tapsLen, 
             }};
 }
 
-std::size_t spread(const Function&, const Case& c) { return static_cast<std::size_t>(c.length * factor(c)); }
+std::size_t spread(const Function&, const Case& c) {
+    return static_cast<std::size_t>(c.length) * static_cast<std::size_t>(factor(c));
+}
 std::size_t kept(const Function&, const Case& c) {
     return static_cast<std::size_t>((c.length - phase(c) + factor(c) - 1) / factor(c));
 }
