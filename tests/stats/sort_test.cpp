@@ -33,7 +33,8 @@ ZppStatus sort(Bits* p, int len, bool down) {
 
 // Where `expected` is the ascending order, with the NaNs, which are `nans`, behind the numbers.
 template <class T>
-void expectSorted(const std::string& what, const std::vector<T>& values, std::vector<T> expected, long nans) {
+void expectSorted(const std::string& what, const std::vector<T>& values, std::vector<T> expected,
+                  std::ptrdiff_t nans) {
     for (const bool down : {false, true}) {
         if (down) std::reverse(expected.begin(), expected.end() - nans);
         Guarded<T> sorted(values);
