@@ -27,6 +27,24 @@ inline void zeroElements(T* dst, size_t len) {
     memset(static_cast<void*>(dst), 0, len * sizeof(T));
 }
 
+// The first N of len elements and the last N change places and order; they may be partly the same.
+template <int N, class T>
+ZPP_INLINE void exchangeEnds(T* p, size_t len) {
+    using V = Vec<T, N>;
+    const V first = load<V>(p), last = load<V>(p + len - N);
+    store(p, reverseLanes(last));
+    store(p + len - N, reverseLanes(first));
+}
+
+// The elements in reverse order.
+template <class T>
+inline void reverseElements(T* p, size_t len) {
+    constexpr int n = kLanes<T>;
+    if constexpr (n > 1)
+        for (; len >= n; p += n, len = len > 2 * n ? len - 2 * n : 0) exchangeEnds<n>(p, len);
+    for (; len > 1; ++p, len -= 2) exchangeEnds<1>(p, len);
+}
+
 // Every element = val, by its bytes. The value comes by reference, and its copies are integers, so that it
 // never passes through a floating register, where x87 would quieten a NaN.
 template <class T>

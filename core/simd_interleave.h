@@ -24,15 +24,24 @@ ZPP_INLINE Halves<V> interleaved(V a, V b, std::integer_sequence<int, I...>) {
 template <class V>
 using LaneIndices = std::make_integer_sequence<int, sizeof(V) / sizeof(Lane<V>)>;
 
+#ifdef __AVX2__
+// The same of 32-bit lanes within each 16 bytes. GCC 12 makes two shuffles and a blend of one of integers.
+template <class V>
+ZPP_INLINE Halves<V> deinterleavedWithin16(V a, V b) {
+    const auto x = bitCast<__m256>(a), y = bitCast<__m256>(b);
+    return {bitCast<V>(_mm256_shuffle_ps(x, y, 0x88)), bitCast<V>(_mm256_shuffle_ps(x, y, 0xDD))};
+}
+#endif
+
 template <class V>
 ZPP_INLINE Halves<V> deinterleaved(V a, V b) {
 #ifdef __AVX2__
-    // GCC 12 makes two shuffles and a blend of one of integers.
     if constexpr (sizeof(V) == 32 && sizeof(Lane<V>) == 4) {
-        const auto x = bitCast<__m256>(a), y = bitCast<__m256>(b);
-        const auto even = bitCast<Vec<double, 4>>(_mm256_shuffle_ps(x, y, 0x88));
-        const auto odd = bitCast<Vec<double, 4>>(_mm256_shuffle_ps(x, y, 0xDD));
-        return {bitCast<V>(shuffle<0, 2, 1, 3>(even, even)), bitCast<V>(shuffle<0, 2, 1, 3>(odd, odd))};
+        const auto inOrder = [](V v) ZPP_INLINE_LAMBDA {
+            const auto pairs = bitCast<Vec<double, 4>>(v);
+            return bitCast<V>(shuffle<0, 2, 1, 3>(pairs, pairs));
+        };
+        return mapRegisters(inOrder, deinterleavedWithin16(a, b));
     } else
 #endif
         return deinterleaved(a, b, LaneIndices<V>());
@@ -59,9 +68,7 @@ ZPP_INLINE Halves<V> loadDeinterleaved(const T* p) {
     else if constexpr (sizeof(V) == 32) {
         const V a = loadHalves<V>(p, p + n), b = loadHalves<V>(p + n / 2, p + n / 2 + n);
         if constexpr (sizeof(T) == 8) return {evenLanes(a, b), oddLanes(a, b)};
-        // GCC 12 makes two shuffles and a blend of one of integers.
-        const auto x = bitCast<__m256>(a), y = bitCast<__m256>(b);
-        return {bitCast<V>(_mm256_shuffle_ps(x, y, 0x88)), bitCast<V>(_mm256_shuffle_ps(x, y, 0xDD))};
+        return deinterleavedWithin16(a, b);
     }
 #endif
     else

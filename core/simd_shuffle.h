@@ -1,6 +1,8 @@
 // Shuffles of the SIMD vocabulary: lanes of vectors taken in another order.
 #pragma once
 
+#include <utility>
+
 #include "core/simd.h"
 
 namespace zpp::ZPP_ISA {
@@ -130,17 +132,17 @@ ZPP_INLINE V reversePairs(V v) {
         return v;
 }
 
-// The lanes of a vector of 64-bit elements in reverse order.
+// The lanes in reverse order.
+template <class V, int... I>
+ZPP_INLINE V reverseLanes(V v, std::integer_sequence<int, I...>) {
+    return shuffle<(static_cast<int>(sizeof...(I)) - 1 - I)...>(v, v);
+}
 template <class V>
 ZPP_INLINE V reverseLanes(V v) {
-    if constexpr (sizeof(V) == 64)
-        return shuffle<7, 6, 5, 4, 3, 2, 1, 0>(v, v);
-    else if constexpr (sizeof(V) == 32)
-        return shuffle<3, 2, 1, 0>(v, v);
-    else if constexpr (sizeof(V) == 16)
-        return shuffle<1, 0>(v, v);
-    else
+    if constexpr (std::is_arithmetic_v<V>)
         return v;
+    else
+        return reverseLanes(v, std::make_integer_sequence<int, sizeof(V) / sizeof(Lane<V>)>());
 }
 
 // Transposes a square of N vectors of N doubles: lane j of rows[i] and lane i of rows[j] change places.

@@ -1,12 +1,12 @@
-// What sorting needs of the SIMD vocabulary: elements put in order lane by lane, parted by a pivot, and
-// registers of which only the first lanes are in memory. Elements are doubles, none of them NaN, and signed
+// What sorting needs of the SIMD vocabulary: elements put in order lane by lane, and parted by a
+// pivot. Elements are doubles, none of them NaN, and signed
 // integers of 32 bits; of equal ones, such as zeros of both signs, each is kept.
 #pragma once
 
 #include <utility>
 
-#include "core/simd_convert.h"
 #include "core/simd_fold.h"
+#include "core/simd_partial.h"
 
 namespace zpp::ZPP_ISA {
 
@@ -68,66 +68,6 @@ ZPP_INLINE V rotateLaneNumbers(V v, std::integer_sequence<int, I...>) {
 template <int kPlaces, class V>
 ZPP_INLINE V rotateLaneNumbers(V v) {
     return rotateLaneNumbers<kPlaces>(v, std::make_integer_sequence<int, kLanes<Lane<V>>>());
-}
-
-#ifdef __AVX2__
-#ifdef __AVX512F__
-template <class T>
-ZPP_INLINE auto firstLanes(size_t count) {
-    constexpr unsigned all = kAllLanes >> (16 - kLanes<T>);
-    return static_cast<std::conditional_t<sizeof(T) == 8, __mmask8, __mmask16>>(
-        _bzhi_u32(all, static_cast<uint32_t>(count)));
-}
-#else
-template <class T>
-ZPP_INLINE __m256i firstLanes(size_t count) {
-    if constexpr (sizeof(T) == 8)
-        return bitCast<__m256i>(Vec<int64_t>{0, 1, 2, 3} < static_cast<int64_t>(count));
-    else
-        return bitCast<__m256i>(Vec<int32_t>{0, 1, 2, 3, 4, 5, 6, 7} < static_cast<int32_t>(count));
-}
-#endif
-#endif
-
-// The first `count` lanes, fewer than 256, from memory, and `fill` in the others.
-template <class V, class T>
-ZPP_INLINE V loadFirst(const T* p, size_t count, T fill) {
-    V v = broadcast<V>(fill);
-#if defined(__AVX512F__)
-    if constexpr (sizeof(T) == 8)
-        return _mm512_mask_loadu_pd(v, firstLanes<T>(count), p);
-    else
-        return bitCast<V>(_mm512_mask_loadu_epi32(bitCast<__m512i>(v), firstLanes<T>(count), p));
-#elif defined(__AVX2__)
-    const __m256i lanes = firstLanes<T>(count);
-    if constexpr (sizeof(T) == 8)
-        return _mm256_blendv_pd(v, _mm256_maskload_pd(p, lanes), bitCast<__m256d>(lanes));
-    else
-        return bitCast<V>(_mm256_blendv_epi8(bitCast<__m256i>(v), _mm256_maskload_epi32(p, lanes), lanes));
-#else
-    if (count >= sizeof(V) / sizeof(T)) return load<V>(p);
-    for (size_t i = 0; i < count; ++i) v[i] = p[i];
-    return v;
-#endif
-}
-
-// The first `count` lanes, fewer than 256, to memory.
-template <class V, class T>
-ZPP_INLINE void storeFirst(T* p, V v, size_t count) {
-#if defined(__AVX512F__)
-    if constexpr (sizeof(T) == 8)
-        _mm512_mask_storeu_pd(p, firstLanes<T>(count), v);
-    else
-        _mm512_mask_storeu_epi32(p, firstLanes<T>(count), bitCast<__m512i>(v));
-#elif defined(__AVX2__)
-    if constexpr (sizeof(T) == 8)
-        _mm256_maskstore_pd(p, firstLanes<T>(count), v);
-    else
-        _mm256_maskstore_epi32(p, firstLanes<T>(count), bitCast<__m256i>(v));
-#else
-    if (count >= sizeof(V) / sizeof(T)) return store(p, v);
-    for (size_t i = 0; i < count; ++i) p[i] = v[i];
-#endif
 }
 
 // Lanes of a step that parts elements by a pivot: as many as a table of orders has room for, or single

@@ -36,15 +36,6 @@ inline ZppStatus zero(T* pDst, int len) {
     return zppStatusOk;
 }
 
-// Exchanges two blocks of N elements and the order within them.
-template <int N>
-ZPP_INLINE void swapReversed(Zpp64f* a, Zpp64f* b) {
-    using V = Vec<uint64_t, N>;
-    const V fromA = load<V>(a);
-    store(a, reverseLanes(load<V>(b)));
-    store(b, reverseLanes(fromA));
-}
-
 }  // namespace
 
 ZppStatus zppsCopy_8u(const Zpp8u* pSrc, Zpp8u* pDst, int len) { return copy(pSrc, pDst, len); }
@@ -78,11 +69,7 @@ ZppStatus zppsFlip_64f(const Zpp64f* pSrc, Zpp64f* pDst, int len) {
 
 ZppStatus zppsFlip_64f_I(Zpp64f* pSrcDst, int len) {
     if (const ZppStatus error = checkVectors(len, pSrcDst)) return error;
-    constexpr ptrdiff_t n = kLanes<uint64_t>;
-    Zpp64f* low = pSrcDst;
-    Zpp64f* high = pSrcDst + len;
-    for (; high - low >= 2 * n; low += n, high -= n) swapReversed<n>(low, high - n);
-    for (; high - low >= 2; ++low, --high) swapReversed<1>(low, high - 1);
+    reverseElements(reinterpret_cast<uint64_t*>(pSrcDst), static_cast<size_t>(len));
     return zppStatusOk;
 }
 

@@ -1,5 +1,6 @@
 // Sorting in place.
 #include "core/checks.h"
+#include "core/move.h"
 #include "core/precision.h"
 #include "stats/exports.h"
 #include "stats/sort_kernel.h"
@@ -11,22 +12,6 @@ template <class T>
 inline void sortUp(T* p, size_t len) {
     MedianOfMedians<T> choose;
     sortAll(p, len, choose);
-}
-
-template <class T>
-void reverse(T* p, size_t len) {
-    constexpr size_t n = kLanes<T>;
-    if constexpr (n > 1)
-        for (; len >= n; p += n, len = len > 2 * n ? len - 2 * n : 0) {
-            const auto first = load<Vec<T>>(p), last = load<Vec<T>>(p + len - n);
-            store(p, exchangeLanes<n - 1>(last));
-            store(p + len - n, exchangeLanes<n - 1>(first));
-        }
-    for (size_t i = 0; i < len / 2; ++i) {
-        const T x = p[i];
-        p[i] = p[len - 1 - i];
-        p[len - 1 - i] = x;
-    }
 }
 
 // Doubles by their bits: an x87 register would make signalling NaNs quiet.
@@ -107,7 +92,7 @@ template <bool kDescending>
 inline ZppStatus sort(Zpp32s* p, int len) {
     if (const ZppStatus error = checkVectors(len, p)) return error;
     sortUp(p, static_cast<size_t>(len));
-    if (kDescending) reverse(p, static_cast<size_t>(len));
+    if (kDescending) reverseElements(p, static_cast<size_t>(len));
     return zppStatusOk;
 }
 template <bool kDescending>
@@ -115,7 +100,7 @@ inline ZppStatus sort(Zpp64f* p, int len) {
     if (const ZppStatus error = checkVectors(len, p)) return error;
     const size_t numbers = sortNumbers(p, static_cast<size_t>(len));
     using Same = std::conditional_t<kVectorBytes == 0, int64_t, double>;
-    if (kDescending) reverse(reinterpret_cast<Same*>(p), numbers);
+    if (kDescending) reverseElements(reinterpret_cast<Same*>(p), numbers);
     return zppStatusOk;
 }
 
