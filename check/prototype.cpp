@@ -113,24 +113,30 @@ bool Function::has(const char* argument) const {
 }
 
 const std::vector<Function>& allFunctions() {
-    static const std::vector<Function> functions = [] {
-        std::vector<Function> list;
-        const Record* record = kDispatchTable.records;
-        const auto add = [&](Function f, Entry stub, const char* header) {
-            f.stub = stub;
-            f.record = record++;
-            f.rules = rulesOf(folderOf(header));
-            list.push_back(std::move(f));
-        };
 // An entry is expanded in the header that it stands in.
 #define ZPP_LIST(result, name, arguments) \
-    add(parseFunction(#result, #name, #arguments), reinterpret_cast<Entry>(&name), __FILE__);
+    {#result, #name, #arguments, reinterpret_cast<Entry>(&name), __FILE__},
 #define ZPP_LIST_SHARED ZPP_LIST
 #define ZPP_LIST_COLUMN ZPP_LIST
+    static const struct {
+        const char *result, *name, *arguments;
+        Entry stub;
+        const char* header;
+    } kDeclarations[] = {
 #include "zpp.h"
+    };
 #undef ZPP_LIST
 #undef ZPP_LIST_SHARED
 #undef ZPP_LIST_COLUMN
+    static const std::vector<Function> functions = [] {
+        std::vector<Function> list;
+        const Record* record = kDispatchTable.records;
+        for (const auto& declared : kDeclarations) {
+            list.push_back(parseFunction(declared.result, declared.name, declared.arguments));
+            list.back().stub = declared.stub;
+            list.back().record = record++;
+            list.back().rules = rulesOf(folderOf(declared.header));
+        }
         return list;
     }();
     return functions;

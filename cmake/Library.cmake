@@ -26,6 +26,9 @@ foreach(isa IN LISTS ZPP_ISAS)
     zpp_add_objects(zpp_${isa} ${ZPP_FAMILY_SOURCES})
     target_compile_definitions(zpp_${isa} PRIVATE ZPP_ISA=${isa})
     target_compile_options(zpp_${isa} PRIVATE ${ZPP_FLAGS_${isa}})
+    if(NOT isa STREQUAL "x87")  # a third of the time that a family file takes to compile
+        target_precompile_headers(zpp_${isa} PRIVATE <immintrin.h> <string.h> <type_traits> <utility>)
+    endif()
     list(APPEND ZPP_OBJECT_LIBRARIES zpp_${isa})
 endforeach()
 
