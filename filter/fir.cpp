@@ -1,8 +1,6 @@
 // FIR filtering of blocks and single samples with a state.
-#include "core/loops.h"
-#include "core/simd_convert.h"
 #include "filter/fir_kernel.h"
-#include "filter/fir_state.h"
+#include "filter/fir_multirate.h"
 
 namespace zpp::ZPP_ISA {
 namespace {
@@ -10,31 +8,6 @@ namespace {
 // Elements of a chunk in the work area: what it and its outputs take fits the first-level cache.
 constexpr size_t kChunk = 1024;
 static_assert(kChunk <= Fir64f::kWorkElements && kChunk <= Fir64fc::kWorkElements);
-
-// The scalars of a vector of elements.
-template <class T>
-inline auto* scalars(T* p) {
-    if constexpr (std::is_floating_point_v<T>)
-        return p;
-    else
-        return &p->re;
-}
-
-// dst[i] = src[i], from the precision of the signal to that of the state or back.
-template <class To, class From>
-void convertElements(const From* src, To* dst, size_t len) {
-    if constexpr (std::is_same_v<To, From>) {
-        copyElements(src, dst, len);
-    } else {
-        const auto* from = scalars(src);
-        auto* to = scalars(dst);
-        using Scalar = std::remove_reference_t<decltype(*to)>;
-        forEachStep<kLanes<double>>(
-            len * (sizeof(To) / sizeof(Scalar)), to, sizeof(Scalar),
-            [=](auto lanes, size_t i) { return loadAsDoubles<decltype(lanes)::value>(from + i); },
-            [=](auto, size_t i, auto v) { storeFromDoubles(to + i, v); });
-    }
-}
 
 template <class F>
 inline auto tapRowOf(const ZppsFIRState* state) {
@@ -128,9 +101,13 @@ template <class F>
 ZppStatus filter(const typename F::Data* pSrc, typename F::Data* pDst, int numIters, ZppsFIRState* pState) {
     if (const ZppStatus error = firstError(checkPointers(pState, pSrc, pDst), checkLength(numIters)))
         return error;
-    if (const ZppStatus error = checkSingleRate<F>(pState)) return error;
+    if (const ZppStatus error = checkAnyRate<F>(pState)) return error;
     const DoublePrecision precision;
     const size_t n = static_cast<size_t>(numIters);
+    if (pState->id == F::kMultiRate) {
+        filterMultiRate<F>(pState, pSrc, pDst, n);
+        return zppStatusOk;
+    }
     if (pState->fftLen > 0 && numIters > pState->fftLen) return filterByFft<F>(pState, pSrc, pDst, n);
     return filterBlock<F>(pState, pSrc, pDst, n);
 }

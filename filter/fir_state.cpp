@@ -1,5 +1,5 @@
 // Set-up, release and access of FIR filter states.
-#include "filter/fir_state.h"
+#include "filter/fir_multirate.h"
 
 #include <limits.h>
 
@@ -41,21 +41,6 @@ auto areasOf(int fftBufSize = 0) {
 template <class F>
 uint64_t bufferBytes(int tapsLen) {
     return objectBytes(headerOf<F>(tapsLen), kBufferAlignment, areasOf<F>()) + F::kBufferSlack;
-}
-
-// To the caller taps and delay line are the other way round than in the state.
-template <class To, class From>
-void copyReversed(const From* src, To* dst, int len) {
-    for (ptrdiff_t i = 0; i < len; ++i) convertElement(src[len - 1 - i], dst[i]);
-}
-
-template <class F>
-void setDelayLine(ZppsFIRState* state, const typename F::Data* pDlyLine) {
-    state->delayPosition = 0;
-    if (pDlyLine == nullptr)
-        zeroElements(delayBufferOf<F>(state), static_cast<size_t>(state->delayLen));
-    else
-        copyReversed(pDlyLine, delayBufferOf<F>(state), state->delayLen);
 }
 
 template <class F>
@@ -170,6 +155,7 @@ template <class F>
 ZppStatus setTaps(const typename F::Sample* pTaps, ZppsFIRState* pState) {
     if (const ZppStatus error = firstError(checkPointers(pState, pTaps), checkState<F>(pState))) return error;
     copyReversed(pTaps, tapsOf<F>(pState), pState->tapsLen);
+    if (pState->id == F::kMultiRate) layOutTaps<F>(pState);
     if (pState->spec == nullptr) return zppStatusOk;
     const ZppStatus error = transformTaps<F>(pState);
     if (error != zppStatusOk) dropFft<F>(pState);

@@ -5,12 +5,16 @@
 #include "core/areas.h"
 #include "core/loops.h"
 #include "core/move.h"
+#include "core/simd_convert.h"
 #include "filter/exports.h"
 #include "transform/exports.h"
 
 // The areas behind the header: the taps, last one first; the delay buffer of 3 tapsLen + 4 elements, with the
 // delay line from delayPosition on, oldest sample first; the work area; for the FFT path then the spectrum of
 // the taps, the block that is transformed and the transform's buffer. Everything is of double precision.
+// A multi-rate state has no FFT path. Its taps are followed by rows of those of each phase; its delay line,
+// of ceil(tapsLen / up) elements, stands at the start of the delay buffer, which then has room for new
+// samples.
 struct ZppsFIRState {
     int32_t id;
     void* taps;
@@ -27,7 +31,9 @@ struct ZppsFIRState {
     ZppsFFTSpec* ownedSpec;  // the same, to be released with the state
     void* block;
     int32_t allocated;
-    uintptr_t reserved[13];  // zero
+    int32_t up, upPhase, down, downPhase;  // zero in a single-rate state, as all that follows
+    void* rows;                            // of a multi-rate state: the taps of each phase
+    uintptr_t reserved[sizeof(void*) == 4 ? 8 : 10];
 };
 static_assert(sizeof(ZppsFIRState) == (sizeof(void*) == 4 ? 112 : 208));
 
@@ -87,6 +93,10 @@ inline auto* delayBufferOf(const ZppsFIRState* state) {
     return static_cast<typename F::Sample*>(state->delayBuffer);
 }
 template <class F>
+inline auto* rowsOf(const ZppsFIRState* state) {
+    return static_cast<typename F::Sample*>(state->rows);
+}
+template <class F>
 inline auto* spectrumOf(const ZppsFIRState* state) {
     return static_cast<typename F::Sample*>(state->spectrum);
 }
@@ -116,6 +126,46 @@ inline void convertElement(const From& from, To& to) {
         to = widened(from);
     else
         to = narrowed(from);
+}
+
+// The scalars of a vector of elements.
+template <class T>
+inline auto* scalars(T* p) {
+    if constexpr (std::is_floating_point_v<T>)
+        return p;
+    else
+        return &p->re;
+}
+
+// dst[i] = src[i], from the precision of the signal to that of the state or back.
+template <class To, class From>
+void convertElements(const From* src, To* dst, size_t len) {
+    if constexpr (std::is_same_v<To, From>) {
+        copyElements(src, dst, len);
+    } else {
+        const auto* from = scalars(src);
+        auto* to = scalars(dst);
+        using Scalar = std::remove_reference_t<decltype(*to)>;
+        forEachStep<kLanes<double>>(
+            len * (sizeof(To) / sizeof(Scalar)), to, sizeof(Scalar),
+            [=](auto lanes, size_t i) { return loadAsDoubles<decltype(lanes)::value>(from + i); },
+            [=](auto, size_t i, auto v) { storeFromDoubles(to + i, v); });
+    }
+}
+
+// To the caller taps and delay line are the other way round than in the state.
+template <class To, class From>
+inline void copyReversed(const From* src, To* dst, int len) {
+    for (ptrdiff_t i = 0; i < len; ++i) convertElement(src[len - 1 - i], dst[i]);
+}
+
+template <class F>
+inline void setDelayLine(ZppsFIRState* state, const typename F::Data* pDlyLine) {
+    state->delayPosition = 0;
+    if (pDlyLine == nullptr)
+        zeroElements(delayBufferOf<F>(state), static_cast<size_t>(state->delayLen));
+    else
+        copyReversed(pDlyLine, delayBufferOf<F>(state), state->delayLen);
 }
 
 }  // namespace zpp::ZPP_ISA
