@@ -32,6 +32,8 @@ struct Signal {
 // the last. filter(place, dst, count) makes them; place.taken counts from the chunk's start.
 template <class T, class Put, class Filter>
 void filterChunks(const Signal<T>& signal, const Phases& phases, size_t room, Put put, Filter filter) {
+    const size_t group = phases.step < room / 8 ? 8 * phases.step : room;
+    room -= room % group;  // phases come again as often as one kernel takes
     Place place = phases.start;
     T* dst = signal.dst;
     for (size_t done = 0; done < signal.inputs;) {
@@ -46,22 +48,49 @@ void filterChunks(const Signal<T>& signal, const Phases& phases, size_t room, Pu
     }
 }
 
-// `count` outputs from a place on. window + place.taken begins the samples of the first.
-template <class T>
-Place filterRows(const Phases& phases, const T* rows, const T* window, Place place, T* dst, size_t count) {
-    const size_t len = phases.rowLen<T>();
-    const Mask longMask = Mask::behind<T>(len - phases.window);
-    const Mask shortMask = Mask::behind<T>(len - phases.window + 1);
-    window -= len - phases.window;
-    for (size_t i = 0; i < count; ++i) {
-        Row<T> row;
-        const size_t phase = place.phase < phases.rows ? place.phase : phases.rows;
-        addProducts(row, rows + phase * len, window + place.taken, len,
-                    phase < phases.longRows ? longMask : shortMask);
-        row.put(dst + i);
-        phases.advance(place);
+// Makes `count` outputs from a place on, and gives that of the one behind them. Every D / g inputs a phase
+// comes again, U / g outputs later: so they are made phase by phase, several of one at once, and of what is
+// left of each some of several phases. rowOf(phase) gives the row of a phase, which stays for the kGroup
+// following ones; window + place.taken begins the samples of the first output.
+template <class T, class RowOf>
+Place filterPhases(const Phases& phases, RowOf rowOf, const T* window, Place place, T* dst, size_t count) {
+    const size_t len = phases.rowLen<T>(), missing = len - phases.window;
+    const Mask longMask = Mask::behind<T>(missing), shortMask = Mask::behind<T>(missing + 1);
+    // Phases that are neighbours have their taps beside each other.
+    const bool inTurn = count < phases.count;
+    const Step& step = inTurn ? phases.toNext : phases.toNextPhase;
+    Meeting<T> waiting[kGroup];
+    size_t waitingCount = 0;
+    Place at = place;
+    const size_t each = count / phases.count, more = count % phases.count;
+    for (size_t n = 0, left = inTurn ? count : phases.count; left > 0; --left) {
+        const size_t outputs = each + (n < more ? 1 : 0);
+        const T* const row = rowOf(at.phase);
+        const T* const x = window + at.taken - missing;
+        const Mask* const mask = at.phase < phases.longRows ? &longMask : &shortMask;
+        const size_t atOnce = kRowLanes > 1 ? outputs - outputs % kGroup : 0;
+        if (atOnce > 0)
+            meetStrided(Meeting<T>{row, x, mask, dst + n}, len, phases.step, phases.count, atOnce);
+        for (size_t i = atOnce; i < outputs; ++i) {
+            // Field by field: a copy of the whole would wait for the fields to be stored.
+            Meeting<T>& m = waiting[waitingCount];
+            m.taps = row;
+            m.x = x + i * phases.step;
+            m.mask = mask;
+            m.y = dst + n + i * phases.count;
+            if (++waitingCount < kGroup) continue;
+            meetEach(waiting, len, waitingCount);
+            waitingCount = 0;
+        }
+        n += step.outputs;
+        phases.advance(at, step);
+        const size_t before =
+            n >= phases.count ? phases.count : 0;  // without a branch: one would often be wrong
+        n -= before;
+        at.taken -= before == 0 ? 0 : phases.step;
     }
-    return place;
+    meetEach(waiting, len, waitingCount);
+    return phases.placeBehind(place, count);
 }
 
 }  // namespace
@@ -72,18 +101,20 @@ void filterMultiRate(ZppsFIRState* state, const typename F::Data* src, typename 
     const Rates rates = ratesOf(state);
     const Phases phases(rates);
     Sample* line = delayBufferOf<F>(state);
-    const Sample* rows = rowsOf<F>(state);
+    const auto rowOf = [=, rows = rowsOf<F>(state), len = phases.rowLen<Sample>()](size_t phase) {
+        return rows + (phase < phases.rows ? phase : phases.rows) * len;
+    };
     const auto put = [=](const auto* chunk, size_t count) {
         convertElements(chunk, line + phases.window, count);
     };
     const auto filter = [=](Place place, typename F::Data* to, size_t outputs, size_t count) {
         if constexpr (std::is_same_v<Sample, typename F::Data>) {
-            place = filterRows(phases, rows, line, place, to, outputs);
+            place = filterPhases(phases, rowOf, line, place, to, outputs);
         } else {
             auto* work = static_cast<Sample*>(state->work);
             for (size_t done = 0; done < outputs;) {
                 const size_t some = outputs - done < kMultiRateChunk ? outputs - done : kMultiRateChunk;
-                place = filterRows(phases, rows, line, place, work, some);
+                place = filterPhases(phases, rowOf, line, place, work, some);
                 convertElements(work, to + done, some);
                 done += some;
             }
@@ -100,65 +131,103 @@ template void filterMultiRate<Fir64fc32fc>(ZppsFIRState*, const Zpp32fc*, Zpp32f
 
 namespace {
 
-// Without a state.
+// Without a state: the rows are gathered from the caller's taps, once for a chunk of the signal.
 template <class T>
-struct Direct {
-    const Rates rates;
-    const Phases phases;
-    const T* taps;
-    T* line;  // newest first
+class Direct {
+  public:
+    Direct(const Rates& rates, const T* taps, T* line)
+        : rates_(rates), phases_(rates), len_(phases_.rowLen<T>()), taps_(taps), line_(line) {}
 
-    static constexpr size_t kPart = 1024 / sizeof(T) * kRowValues<T>;  // of a row
+    void filter(const Signal<T>& signal) const {
+        if (len_ <= kLongest)
+            filterShort(signal);
+        else
+            filterLong(signal);
+    }
+
+  private:
+    static constexpr size_t kLongest = 4096 / sizeof(T);  // of the rows and windows that the stack holds
     static constexpr size_t kRoom = 16384 / sizeof(T);
+    static constexpr size_t kApart = 64 / sizeof(T);  // or all rows would go to the same lines of the cache
+
+    // `count` elements of a row, from `first` on.
+    const T* gatherRow(size_t phase, size_t first, size_t count, T* row) const {
+        const size_t taps = phase < phases_.rows ? phases_.tapsOf(phase) : 0;
+        const size_t none = len_ - taps, up = static_cast<size_t>(rates_.up);
+        const size_t missing = first < none ? none - first : 0;
+        for (size_t i = 0; i < missing; ++i) setRowElement<T>(row[i], nullptr);
+        if (missing == count) return row;
+        const T* tap = taps_ + phases_.tap(phase, len_ - 1 - first - missing, rates_);
+        for (size_t i = missing;; tap -= up) {
+            convertElement(*tap, row[i]);
+            if (++i == count) return row;
+        }
+    }
+
+    // The window is on the stack too.
+    [[gnu::noinline]] void filterShort(const Signal<T>& signal) const {
+        T rows[kGroup + 1][kLongest + kApart], buffer[kRowValues<T> + kLongest + kRoom];
+        zeroElements(buffer, kRowValues<T>);
+        T* const line = buffer + kRowValues<T>;
+        const size_t window = phases_.window;
+        for (size_t j = 0; j < window; ++j) convertElement(line_[window - 1 - j], line[j]);
+        const auto put = [&](const T* src, size_t count) { copyElements(src, line + window, count); };
+        const auto rowOf = [&, next = size_t{0}](size_t phase) mutable {
+            next = (next + 1) % (kGroup + 1);
+            return gatherRow(phase, 0, len_, rows[next]);
+        };
+        const auto filter = [&](Place place, T* to, size_t outputs, size_t count) {
+            place = filterPhases(phases_, rowOf, line, place, to, outputs);
+            moveElements(line + count, line, window);
+            return place;
+        };
+        filterChunks(signal, phases_, kRoom, put, filter);
+        for (size_t j = 0; j < window; ++j) convertElement(line[window - 1 - j], line_[j]);
+    }
 
     // Sample i of a chunk, which follows the delay line.
-    const T& sample(const T* chunk, ptrdiff_t i) const { return i < 0 ? line[-1 - i] : chunk[i]; }
+    const T& sample(const T* chunk, ptrdiff_t i) const { return i < 0 ? line_[-1 - i] : chunk[i]; }
 
-    // Rows and samples are gathered in parts.
-    Place filter(Place place, const T* chunk, T* dst, size_t count) const {
-        const size_t len = phases.rowLen<T>();
-        for (size_t i = 0; i < count; ++i) {
-            T h[kPart], x[kPart];
-            Row<T> row;
-            const size_t tapsInRow = phases.tapsOf(place.phase);
-            for (size_t begin = 0; begin < len; begin += kPart) {
-                const size_t size = len - begin < kPart ? len - begin : kPart;
-                for (size_t k = 0; k < size; ++k) {
-                    const size_t j = len - 1 - begin - k;
-                    setRowElement(h[k], j < tapsInRow ? &taps[phases.tap(place.phase, j, rates)] : nullptr);
-                    if (j < tapsInRow)
-                        memcpy(&x[k],
-                               &sample(chunk,
-                                       static_cast<ptrdiff_t>(place.taken) - 1 - static_cast<ptrdiff_t>(j)),
-                               sizeof(T));
-                    else
-                        memset(&x[k], 0, sizeof(T));
-                }
-                addProducts(row, h, x, size, Mask::behind<T>(0));
+    // Row and window of an output are gathered in parts.
+    void filterOutput(const Place& place, const T* chunk, T* y) const {
+        constexpr size_t part = kPartLen<T>;
+        T row[part], window[part];
+        RowSum<T> sum;
+        const size_t taps = phases_.tapsOf(place.phase);
+        for (size_t first = 0; first < len_; first += part) {
+            const size_t rest = len_ - first, count = rest < part ? rest : part;
+            for (size_t i = 0; i < count; ++i) {
+                const size_t j = len_ - 1 - first - i;
+                const auto at = static_cast<ptrdiff_t>(place.taken) - 1 - static_cast<ptrdiff_t>(j);
+                if (j < taps)
+                    convertElement(sample(chunk, at), window[i]);
+                else
+                    window[i] = T{};
             }
-            row.put(dst + i);
-            phases.advance(place);
+            addPart(sum, gatherRow(place.phase, first, count, row), count, window, kNoMask);
         }
-        return place;
+        sum.put(y);
     }
 
-    void replaceLine(const T* chunk, size_t count) const {
-        const size_t kept = phases.window < count ? 0 : phases.window - count;
-        moveElements(line, line + (phases.window - kept), kept);
-        for (size_t j = 0; j < phases.window - kept; ++j) memcpy(&line[j], &chunk[count - 1 - j], sizeof(T));
-    }
-
-    [[gnu::noinline]] void run(const T* src, T* dst, size_t blocks) const {
+    [[gnu::noinline]] void filterLong(const Signal<T>& signal) const {
         T chunk[kRoom];
-        filterChunks(
-            Signal<T>(src, dst, blocks, rates), phases, kRoom,
-            [&](const T* from, size_t count) { copyElements(from, chunk, count); },
-            [&](Place place, T* to, size_t outputs, size_t count) {
-                place = filter(place, chunk, to, outputs);
-                replaceLine(chunk, count);
-                return place;
-            });
+        const auto put = [&](const T* src, size_t count) { copyElements(src, chunk, count); };
+        const auto filter = [&](Place place, T* to, size_t outputs, size_t count) {
+            for (size_t n = 0; n < outputs; ++n, phases_.advance(place, phases_.toNext))
+                filterOutput(place, chunk, to + n);
+            const size_t kept = phases_.window < count ? 0 : phases_.window - count;
+            moveElements(line_, line_ + (phases_.window - kept), kept);
+            for (size_t j = 0; j < phases_.window - kept; ++j) convertElement(chunk[count - 1 - j], line_[j]);
+            return place;
+        };
+        filterChunks(signal, phases_, kRoom, put, filter);
     }
+
+    Rates rates_;
+    Phases phases_;
+    size_t len_;
+    const T* taps_;
+    T* line_;
 };
 
 template <class T>
@@ -169,7 +238,7 @@ ZppStatus filterDirect(const T* pSrc, T* pDst, int numIters, const T* pTaps, con
         return error;
     const DoublePrecision precision;
     const Rates rates = ratesOf(n);
-    Direct<T>{rates, Phases(rates), pTaps, pDlyLine}.run(pSrc, pDst, static_cast<size_t>(numIters));
+    Direct<T>(rates, pTaps, pDlyLine).filter(Signal<T>(pSrc, pDst, static_cast<size_t>(numIters), rates));
     return zppStatusOk;
 }
 

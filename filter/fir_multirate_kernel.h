@@ -51,16 +51,34 @@ struct Place {
     size_t phase, taken;
 };
 
+// From an output to a later one.
+struct Step {
+    size_t outputs, phases, taken;
+};
+
+// The number below n by which that of phases to be stepped over is to be multiplied to be 1 modulo n, 0 for n
+// = 1. (The extended algorithm of Euclid.)
+inline uint64_t inverseOf(uint64_t step, uint64_t n) {
+    uint64_t a = n, b = step % n, x = 0, y = 1 % n;
+    while (b > 1) {
+        const uint64_t times = a / b, rest = a % b;
+        const uint64_t next = (x + (n - y) * times) % n;  // below 2^62: both factors are below 2^31
+        a = b, b = rest, x = y, y = next;
+    }
+    return y;
+}
+
 struct Phases {
-    size_t count;                 // U / g
-    size_t step;                  // D / g
-    size_t rows;                  // phases with taps; the others, which follow them, share one row of none
-    size_t longRows;              // those with a tap on the oldest sample
-    size_t first, divisor;        // g
-    size_t window;                // samples of an output, and elements of the delay line: ceil(tapsLen / U)
-    Place start;                  // of the first output
-    size_t wholeStep, phaseStep;  // D / U and D / g mod U / g: from an output to the next
-    size_t mostRows;              // of the same filter with other phases
+    size_t count;           // U / g
+    size_t step;            // D / g
+    size_t rows;            // phases with taps; the others, which follow them, share one row of none
+    size_t longRows;        // those with a tap on the oldest sample
+    size_t first, divisor;  // g
+    size_t window;          // samples of an output, and elements of the delay line: ceil(tapsLen / U)
+    Place start;            // of the first output
+    size_t mostRows;        // of the same filter with other phases
+    Step toNext;            // from an output to the next
+    Step toNextPhase;       // or, some outputs later, to that of the next phase
 
     explicit Phases(const Rates& r) {
         const uint64_t g = commonDivisor(r.up, r.down);
@@ -80,8 +98,8 @@ struct Phases {
         longRows = r.tapsLen % r.up == 0 ? rows : upTo(r.tapsLen % r.up);
         window = static_cast<size_t>(dividedUp(r.tapsLen, r.up));
         start = {static_cast<size_t>(phase / g), static_cast<size_t>(places / r.up + (isBefore ? 0 : 1))};
-        wholeStep = static_cast<size_t>(r.down / r.up);
-        phaseStep = step % count;
+        toNext = stepOf(1);
+        toNextPhase = stepOf(inverseOf(step, count));
     }
 
     // Elements of a row. A row of no taps stands behind the others.
@@ -96,12 +114,19 @@ struct Phases {
         return first + phase * divisor + j * static_cast<size_t>(rates.up);
     }
 
-    void advance(Place& place) const {
-        place.taken += wholeStep;
-        place.phase += phaseStep;
-        if (place.phase < count) return;
-        place.phase -= count;
-        ++place.taken;
+    void advance(Place& place, const Step& by) const {
+        place.taken += by.taken;
+        place.phase += by.phases;
+        const bool wraps = place.phase >= count;
+        place.phase -= wraps ? count : 0;
+        place.taken += wraps ? 1 : 0;
+    }
+
+    // That of the output `n` later.
+    Place placeBehind(const Place& place, size_t n) const {
+        const uint64_t places = place.phase + uint64_t{n % count} * step;
+        return {static_cast<size_t>(places % count),
+                place.taken + n / count * step + static_cast<size_t>(places / count)};
     }
 
     // How many outputs from `place` on have no more than `taken` inputs at or before them.
@@ -109,6 +134,13 @@ struct Phases {
         if (place.taken > taken) return 0;
         const uint64_t places = (uint64_t{taken - place.taken} + 1) * count - place.phase;
         return static_cast<size_t>((places - 1) / step + 1);
+    }
+
+  private:
+    Step stepOf(uint64_t outputs) const {
+        const uint64_t places = outputs * step;
+        return {static_cast<size_t>(outputs), static_cast<size_t>(places % count),
+                static_cast<size_t>(places / count)};
     }
 };
 
@@ -128,34 +160,29 @@ struct Mask {
         return mask;
     }
 };
+inline constexpr Mask kNoMask = {{~uint64_t{0}, ~uint64_t{0}, ~uint64_t{0}, ~uint64_t{0}}};
 
-// The running values of one output.
+// Elements of a row that are met at once where row or samples are gathered.
 template <class T>
-struct Row;
+inline constexpr size_t kPartLen = 1024 / sizeof(T) * kRowValues<T>;
+
+// The taps of a vector of a row.
+template <class T>
+struct RowTaps;
 
 template <>
-struct Row<Zpp64f> {
+struct RowTaps<Zpp64f> {
     using V = Vec<double, kRowLanes>;
-    V value[kRowVectors]{};
+    V taps;
 
-    ZPP_INLINE void add(const double* h, int i, V x) { value[i] = mulAdd(load<V>(h), x, value[i]); }
-    ZPP_INLINE void put(Zpp64f* y) const {
-        double v[4];
-        memcpy(v, value, sizeof v);
-        *y = stored(stored(v[0] + v[2]) + stored(v[1] + v[3]));
-    }
+    ZPP_INLINE RowTaps(const double* h, int) : taps(load<V>(h)) {}
 };
-
-// Products of re and im, and those of re and im exchanged.
 template <>
-struct Row<Zpp64fc> {
+struct RowTaps<Zpp64fc> {
     using V = Vec<double, kRowLanes>;
-    V straight[kRowVectors]{}, crossed[kRowVectors]{};
+    V taps, swapped;  // with re and im exchanged
 
-    ZPP_INLINE void add(const double* h, int i, V x) {
-        straight[i] = mulAdd(load<V>(h), x, straight[i]);
-        crossed[i] = mulAdd(exchanged<V>(h, i), x, crossed[i]);
-    }
+    ZPP_INLINE RowTaps(const double* h, int i) : taps(load<V>(h)), swapped(exchanged<V>(h, i)) {}
     template <class W>
     ZPP_INLINE static W exchanged(const double* h, int i) {
         if constexpr (std::is_same_v<W, double>)
@@ -163,36 +190,212 @@ struct Row<Zpp64fc> {
         else
             return swapPairs(load<W>(h));
     }
-    ZPP_INLINE void put(Zpp64fc* y) const {
-        double a[4], b[4];
-        memcpy(a, straight, sizeof a);
-        memcpy(b, crossed, sizeof b);
-        y->re = stored(stored(a[0] + a[2]) - stored(a[1] + a[3]));
-        y->im = stored(stored(b[0] + b[2]) + stored(b[1] + b[3]));
+};
+
+// Of four running values the sums of those that are two apart.
+template <class V, int N>
+ZPP_INLINE auto halvesAdded(const V (&v)[N]) {
+    if constexpr (N == 1)
+        return lowHalf(v[0]) + highHalf(v[0]);
+    else
+        return v[0] + v[1];
+}
+
+// The running values of one output.
+template <class T>
+struct RowSum;
+
+template <>
+struct RowSum<Zpp64f> {
+    using V = Vec<double, kRowLanes>;
+    V value[kRowVectors]{};
+
+    ZPP_INLINE void add(const RowTaps<Zpp64f>& h, int i, V x) { value[i] = mulAdd(h.taps, x, value[i]); }
+    template <class W = V>
+    ZPP_INLINE void put(Zpp64f* y) const {
+        if constexpr (std::is_same_v<W, double>) {
+            *y = stored(stored(value[0] + value[2]) + stored(value[1] + value[3]));
+        } else {
+            const auto v = halvesAdded(value);
+            *y = v[0] + v[1];
+        }
     }
 };
 
-// Adds the products of `len` taps, a multiple of kRowValues; of the first samples those that the mask leaves.
-template <class T>
-[[gnu::noinline]] void addProducts(Row<T>& row, const T* taps, const T* samples, size_t len,
-                                   const Mask& mask) {
-    using V = typename Row<T>::V;
+// In turn products of both re and of both im, and of re and im.
+template <>
+struct RowSum<Zpp64fc> {
+    using V = Vec<double, kRowLanes>;
+    V straight[kRowVectors]{}, crossed[kRowVectors]{};
+
+    ZPP_INLINE void add(const RowTaps<Zpp64fc>& h, int i, V x) {
+        x = pinned(x);
+        straight[i] = mulAdd(h.taps, x, straight[i]);
+        crossed[i] = mulAdd(h.swapped, x, crossed[i]);
+    }
+    template <class W = V>
+    ZPP_INLINE void put(Zpp64fc* y) const {
+        if constexpr (std::is_same_v<W, double>) {
+            y->re = stored(stored(straight[0] + straight[2]) - stored(straight[1] + straight[3]));
+            y->im = stored(stored(crossed[0] + crossed[2]) + stored(crossed[1] + crossed[3]));
+        } else {
+            const auto a = halvesAdded(straight), b = halvesAdded(crossed);
+            y->re = a[0] - a[1];
+            y->im = b[0] + b[1];
+        }
+    }
+};
+
+// The G rows of taps that G outputs meet, and where the samples begin that each of them meets. A row that is
+// the same for all is loaded once; so strided samples need few registers to point at them.
+template <int G>
+struct OneRow {
+    const double* taps;
+    const double* samples;
+    size_t stride;
+
+    static constexpr int kRows = 1;
+    ZPP_INLINE const double* row(int) const { return taps; }
+    ZPP_INLINE const double* x(int g) const { return samples + static_cast<size_t>(g) * stride; }
+};
+template <int G>
+struct ManyRows {
+    const double* taps[G];
+    const double* samples[G];
+
+    static constexpr int kRows = G;
+    ZPP_INLINE const double* row(int g) const { return taps[g]; }
+    ZPP_INLINE const double* x(int g) const { return samples[g]; }
+};
+
+// Adds the products of `len` doubles of a row, a multiple of 4, to the sums. Of the first samples the masks
+// say which count.
+template <int G, class T, class Rows>
+ZPP_INLINE void addProducts(RowSum<T> (&sums)[G], const Rows& rows, size_t len,
+                            const Mask* const (&masks)[G]) {
+    using V = Vec<double, kRowLanes>;
     using Bits = Vec<uint64_t, kRowLanes>;
-    Row<T> sums = row;
-    const auto* h = reinterpret_cast<const double*>(taps);
-    const auto* x = reinterpret_cast<const double*>(samples);
 #pragma GCC unroll 4
     for (int i = 0; i < kRowVectors; ++i) {
         const int at = i * kRowLanes;
-        sums.add(h + at, i, bitCast<V>(load<Bits>(x + at) & load<Bits>(mask.bits + at)));
+#pragma GCC unroll 8
+        for (int g = 0; g < G; ++g)
+            sums[g].add(RowTaps<T>(rows.row(g) + at, i), i,
+                        bitCast<V>(load<Bits>(rows.x(g) + at) & load<Bits>(masks[g]->bits + at)));
     }
-    for (size_t j = 4; j < len * sizeof(T) / sizeof(double); j += 4)
+    for (size_t j = 4; j < len; j += 4)
 #pragma GCC unroll 4
         for (int i = 0; i < kRowVectors; ++i) {
             const size_t at = j + static_cast<size_t>(i * kRowLanes);
-            sums.add(h + at, i, load<V>(x + at));
+            if constexpr (Rows::kRows == 1) {
+                const RowTaps<T> taps(rows.row(0) + at, i);
+#pragma GCC unroll 8
+                for (int g = 0; g < G; ++g) sums[g].add(taps, i, load<V>(rows.x(g) + at));
+            } else {
+#pragma GCC unroll 8
+                for (int g = 0; g < G; ++g)
+                    sums[g].add(RowTaps<T>(rows.row(g) + at, i), i, load<V>(rows.x(g) + at));
+            }
         }
-    row = sums;
+}
+
+template <class T>
+ZPP_INLINE const double* doubles(const T* p) {
+    return reinterpret_cast<const double*>(p);
+}
+template <class T>
+inline constexpr size_t kDoubles = sizeof(T) / sizeof(double);
+
+// The x87 unit keeps a sum beyond the range of a double until it is stored: there one piece of code adds all.
+template <class T>
+[[gnu::noinline]] void addPart(RowSum<T>& sum, const T* taps, size_t len, const T* x, const Mask& mask) {
+    RowSum<T> sums[1] = {sum};
+    addProducts<1, T>(sums, OneRow<1>{doubles(taps), doubles(x), 0}, len * kDoubles<T>, {&mask});
+    sum = sums[0];
+}
+
+// The taps of an output, the samples that they meet, and where it goes.
+template <class T>
+struct Meeting {
+    const T* taps;
+    const T* x;
+    const Mask* mask;
+    T* y;
+};
+
+// The outputs of G such, or of one and of those that follow it, with samples `stride` elements further each,
+// and places `apart` elements further.
+template <int G, class T>
+ZPP_INLINE void meetStrided(const Meeting<T>& m, size_t len, size_t stride, size_t apart) {
+    RowSum<T> sums[G];
+    const Mask* masks[G];
+#pragma GCC unroll 8
+    for (int g = 0; g < G; ++g) masks[g] = m.mask;
+    addProducts<G, T>(sums, OneRow<G>{doubles(m.taps), doubles(m.x), stride * kDoubles<T>}, len * kDoubles<T>,
+                      masks);
+#pragma GCC unroll 8
+    for (int g = 0; g < G; ++g) sums[g].put(m.y + static_cast<size_t>(g) * apart);
+}
+template <int G, class T>
+ZPP_INLINE void meetEach(const Meeting<T>* m, size_t len) {
+    RowSum<T> sums[G];
+    ManyRows<G> rows;
+    const Mask* masks[G];
+#pragma GCC unroll 8
+    for (int g = 0; g < G; ++g) {
+        rows.taps[g] = doubles(m[g].taps);
+        rows.samples[g] = doubles(m[g].x);
+        masks[g] = m[g].mask;
+    }
+    addProducts<G, T>(sums, rows, len * kDoubles<T>, masks);
+#pragma GCC unroll 8
+    for (int g = 0; g < G; ++g) sums[g].put(m[g].y);
+}
+
+// As many outputs at once as there are registers for.
+inline constexpr size_t kGroup = 4;
+template <class T>
+inline constexpr int kAtOnce = kRegisters == 8                 ? 2
+                               : kRowVectors* kDoubles<T> == 1 ? 8
+                                                               : 4;
+
+// `count` outputs of a phase, a multiple of kGroup.
+template <class T>
+[[gnu::noinline]] void meetStrided(Meeting<T> m, size_t len, size_t stride, size_t apart, size_t count) {
+    constexpr int most = kAtOnce<T>;
+    const auto next = [&](auto g) {
+        meetStrided<g>(m, len, stride, apart);
+        m.x += g * stride;
+        m.y += g * apart;
+        count -= g;
+    };
+    while (count >= most) next(Lanes<most>());
+    if (count > 0) next(Lanes<kGroup>());
+}
+
+// Outputs, `count` up to kGroup, of any phases.
+template <class T>
+[[gnu::noinline]] void meetEach(const Meeting<T>* m, size_t len, size_t count) {
+    if constexpr (kRowLanes == 1) {
+        for (; count > 0; --count, ++m) {
+            RowSum<T> sum;
+            for (size_t done = 0; done < len; done += kPartLen<T>) {
+                const size_t rest = len - done;
+                addPart(sum, m->taps + done, rest < kPartLen<T> ? rest : kPartLen<T>, m->x + done,
+                        done == 0 ? *m->mask : kNoMask);
+            }
+            sum.put(m->y);
+        }
+    } else if (count == kGroup) {
+        if constexpr (kRegisters == 8) {
+            meetEach<2>(m, len);
+            meetEach<2>(m + 2, len);
+        } else {
+            meetEach<kGroup>(m, len);
+        }
+    } else {
+        for (; count > 0; --count) meetEach<1>(m++, len);
+    }
 }
 
 // An element of a row, -0 where there is no tap.
