@@ -1,5 +1,7 @@
 // FIR filters: beside the plain loop, and beside as many fused multiply-adds as the convolution sum has, at
 // the processor's peak, which direct filtering cannot beat.
+#include <algorithm>
+
 #include "bench/jobs.h"
 #include "bench/peers/fir.h"
 #include "bench/peers/limits.h"
@@ -129,6 +131,49 @@ ZppStatus sampleDown(const T* src, int len, T* dst, int factor, int phase) {
     {"SampleDown_64f_5", 10, timed<sampleDown<zppsSampleDown_64f, Zpp64f>, 5, 1>},
     {"SampleDown_64fc_2", 24, timed<sampleDown<zppsSampleDown_64fc, Zpp64fc>, 2, 1>},
     {"SampleDown_64fc_5", 20, timed<sampleDown<zppsSampleDown_64fc, Zpp64fc>, 5, 1>},
+};
+
+// `len` is the larger number of inputs and outputs, of one block at least. The taps, of which there are more
+// than the outputs' one window, are those of vectors(1).
+template <auto kInitAlloc, auto kFilter, class T, class D, int kUp, int kDown, int kTaps>
+ZppStatus multiRate(const D* src, const T* taps, int len, D* dst) {
+    static ZppsFIRState* const state = [=] {
+        ZppsFIRState* made = nullptr;
+        kInitAlloc(&made, taps, kTaps * kUp, kUp, 0, kDown, 0, nullptr);
+        return made;
+    }();
+    return kFilter(src, dst, std::max(1, len / std::max(kUp, kDown)), state);
+}
+template <int kUp, int kDown, int kTaps>
+constexpr auto multiRateReal =
+    timed<multiRate<zppsFIRMRInitAlloc_64f, zppsFIR_64f, Zpp64f, Zpp64f, kUp, kDown, kTaps>>;
+template <int kUp, int kDown, int kTaps>
+constexpr auto multiRateComplex =
+    timed<multiRate<zppsFIRMRInitAlloc_64fc, zppsFIR_64fc, Zpp64fc, Zpp64fc, kUp, kDown, kTaps>>;
+template <int kUp, int kDown, int kTaps>
+constexpr auto multiRateSingle =
+    timed<multiRate<zppsFIRMRInitAlloc64f_32f, zppsFIR64f_32f, Zpp64f, Zpp32f, kUp, kDown, kTaps>>;
+
+template <class T, int kUp, int kDown, int kTaps>
+ZppStatus multiRateDirect(const T* src, const T* taps, int len, T* dst) {
+    static T line[kTaps];
+    return zppsFIRMR_Direct_64f(src, dst, std::max(1, len / std::max(kUp, kDown)), taps, kTaps * kUp, kUp, 0,
+                                kDown, 0, line);
+}
+
+// By the rates and the taps of a phase.
+[[maybe_unused]] const Jobs multiRates = {
+    {"FIRMR_64f_147_160_64", 16, multiRateReal<147, 160, 64>},
+    {"FIRMR_64f_1_6_64", 10, multiRateReal<6, 1, 64>},
+    {"FIRMR_64f_6_1_384", 10, multiRateReal<1, 6, 384>},
+    {"FIRMR_64f_2_3_8", 14, multiRateReal<2, 3, 8>},
+    {"FIRMR_64fc_147_160_64", 32, multiRateComplex<147, 160, 64>},
+    {"FIRMR_64fc_1_6_64", 20, multiRateComplex<6, 1, 64>},
+    {"FIRMR_64fc_6_1_384", 20, multiRateComplex<1, 6, 384>},
+    {"FIRMR64f_32f_147_160_64", 8, multiRateSingle<147, 160, 64>},
+    {"FIRMR64f_32f_1_6_64", 5, multiRateSingle<6, 1, 64>},
+    {"FIRMR64f_32f_6_1_384", 5, multiRateSingle<1, 6, 384>},
+    {"FIRMR_Direct_64f_147_160_64", 16, timed<multiRateDirect<Zpp64f, 147, 160, 64>>},
 };
 
 }  // namespace

@@ -15,6 +15,58 @@ void sampleDown(const T* __restrict src, int len, T* __restrict dst, int factor,
     for (int i = phase; i < len; i += factor) *dst++ = src[i];
 }
 
+template <class T>
+struct Sum {
+    T value = 0;
+    void add(T h, T x) { value += h * x; }
+};
+template <>
+struct Sum<Zpp64fc> {
+    Zpp64fc value = {0, 0};
+    void add(Zpp64fc h, Zpp64fc x) {
+        value.re += h.re * x.re - h.im * x.im;
+        value.im += h.re * x.im + h.im * x.re;
+    }
+};
+
+// Polyphase: the taps of each phase lie together, and are met by the samples in their order.
+template <class T, class D, int kUp, int kDown, int kTaps>
+void multiRate(const D* __restrict src, const T* __restrict taps, int len, D* __restrict dst) {
+    constexpr int larger = kUp > kDown ? kUp : kDown;
+    const int outputs = len > larger ? len / larger * kUp : kUp;
+    for (int n = 0, phase = 0; n < outputs; ++n) {
+        const T* h = taps + phase * kTaps;
+        Sum<T> sum;
+        for (int k = 0; k < kTaps; ++k) sum.add(h[k], src[k]);
+        if constexpr (sizeof(D) == sizeof(T))
+            dst[n] = sum.value;
+        else
+            dst[n] = static_cast<D>(sum.value);
+        for (phase += kDown; phase >= kUp; phase -= kUp) ++src;
+    }
+}
+template <int kUp, int kDown, int kTaps>
+constexpr auto multiRateReal = timed<multiRate<double, double, kUp, kDown, kTaps>>;
+template <int kUp, int kDown, int kTaps>
+constexpr auto multiRateComplex = timed<multiRate<Zpp64fc, Zpp64fc, kUp, kDown, kTaps>>;
+template <int kUp, int kDown, int kTaps>
+constexpr auto multiRateSingle = timed<multiRate<double, float, kUp, kDown, kTaps>>;
+
+[[maybe_unused]] const Peers multiRates(kWho,
+                                        {
+                                            {"FIRMR_64f_147_160_64", multiRateReal<147, 160, 64>},
+                                            {"FIRMR_64f_1_6_64", multiRateReal<6, 1, 64>},
+                                            {"FIRMR_64f_6_1_384", multiRateReal<1, 6, 384>},
+                                            {"FIRMR_64f_2_3_8", multiRateReal<2, 3, 8>},
+                                            {"FIRMR_64fc_147_160_64", multiRateComplex<147, 160, 64>},
+                                            {"FIRMR_64fc_1_6_64", multiRateComplex<6, 1, 64>},
+                                            {"FIRMR_64fc_6_1_384", multiRateComplex<1, 6, 384>},
+                                            {"FIRMR64f_32f_147_160_64", multiRateSingle<147, 160, 64>},
+                                            {"FIRMR64f_32f_1_6_64", multiRateSingle<6, 1, 64>},
+                                            {"FIRMR64f_32f_6_1_384", multiRateSingle<1, 6, 384>},
+                                            {"FIRMR_Direct_64f_147_160_64", multiRateReal<147, 160, 64>},
+                                        });
+
 [[maybe_unused]] const Peers sampling(kWho, {
                                                 {"SampleUp_64f_2", timed<sampleUp<double>, 2, 1>},
                                                 {"SampleUp_64f_3", timed<sampleUp<double>, 3, 1>},

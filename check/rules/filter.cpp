@@ -1,5 +1,6 @@
 #include "zpp/filter.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "check/rules.h"
@@ -24,6 +25,18 @@ double below(int limit, test::Random& random) {
     return static_cast<double>(random.below(static_cast<std::uint64_t>(limit)));
 }
 
+// The factors of a multi-rate filter, and the elements of its delay line.
+int upFactor(const Case& c) { return factor(c); }
+int downFactor(const Case& c) {
+    constexpr int kFactors[] = {3, 1, 6, 2, 7, 9, 1, 40};
+    return kFactors[static_cast<unsigned>(c.length + 3 * c.variant) % 8];
+}
+std::size_t multiRateLine(const Function& f, const Case& c) {
+    const int tapsLen = taps(f, c), up = upFactor(c);
+    const bool isSingleRate = up == 1 && downFactor(c) == 1 && !f.has("numIters");
+    return static_cast<std::size_t>(isSingleRate ? tapsLen : (tapsLen - 1) / up + 1);
+}
+
 constexpr double kNoPhase[] = {-1, 130};
 constexpr Number kNumbers[] = {
     {"zppsSample*", "srcLen",
@@ -43,6 +56,18 @@ constexpr Number kNumbers[] = {
     {"zppsFIR*", "pDlyLineIndex",
      [](const Function& f, const Case& c, test::Random& random) { return below(taps(f, c), random); }},
     {"zppsFIR*", "src", nullptr},
+    {"zppsFIRMR*", "upFactor",
+     [](const Function&, const Case& c, test::Random&) -> double { return upFactor(c); }, kBelowOne,
+     zppStatusFirMrFactor},
+    {"zppsFIRMR*", "downFactor",
+     [](const Function&, const Case& c, test::Random&) -> double { return downFactor(c); }, kBelowOne,
+     zppStatusFirMrFactor},
+    {"zppsFIRMR*", "upPhase",
+     [](const Function&, const Case& c, test::Random& random) { return below(upFactor(c), random); },
+     kNoPhase, zppStatusFirMrPhase},
+    {"zppsFIRMR*", "downPhase",
+     [](const Function&, const Case& c, test::Random& random) { return below(downFactor(c), random); },
+     kNoPhase, zppStatusFirMrPhase},
 };
 
 Extent perTap(const char* functions, const char* arguments, std::size_t copies = 1) {
@@ -56,6 +81,20 @@ Extent stateBytes(const char* functions, ZppStatus (*getStateSize)(int tapsLen, 
                 getStateSize(taps(f, c), &bytes);
                 return static_cast<std::size_t>(bytes);
             }};
+}
+
+Extent stateBytes(const char* functions,
+                  ZppStatus (*getStateSize)(int tapsLen, int up, int down, int* pSize)) {
+    return {functions, "pBuffer", [=](const Function& f, const Case& c) {
+                int bytes = 0;
+                getStateSize(taps(f, c), upFactor(c), downFactor(c), &bytes);
+                return static_cast<std::size_t>(bytes);
+            }};
+}
+// Elements of so many blocks.
+Extent perBlock(const char* functions, const char* arguments, int (*elements)(const Case&)) {
+    return {functions, arguments,
+            [=](const Function&, const Case& c) { return static_cast<std::size_t>(c.length * elements(c)); }};
 }
 
 std::size_t spread(const Function&, const Case& c) {
@@ -74,13 +113,21 @@ const Extent kExtents[] = {
     stateBytes("zppsFIRInit_64fc", zppsFIRGetStateSize_64fc),
     stateBytes("zppsFIRInit64f_32f", zppsFIRGetStateSize64f_32f),
     stateBytes("zppsFIRInit64fc_32fc", zppsFIRGetStateSize64fc_32fc),
+    stateBytes("zppsFIRMRInit_64f", zppsFIRMRGetStateSize_64f),
+    stateBytes("zppsFIRMRInit_64fc", zppsFIRMRGetStateSize_64fc),
+    stateBytes("zppsFIRMRInit64f_32f", zppsFIRMRGetStateSize64f_32f),
+    stateBytes("zppsFIRMRInit64fc_32fc", zppsFIRMRGetStateSize64fc_32fc),
+    {"zppsFIRMR*", "pDlyLine", multiRateLine},
+    perBlock("zppsFIRMR*", "pSrc", downFactor),
+    perBlock("zppsFIRMR*", "pDst", upFactor),
+    perBlock("zppsFIRMR*", "pSrcDst", [](const Case& c) { return std::max(upFactor(c), downFactor(c)); }),
     perTap("zppsFIR_Direct_* zppsFIROne_Direct_*", "pDlyLine", 2),
     perTap("zppsFIR*", "pDlyLine pTaps"),
     stated("zppsFIROne*", "pSrcDst pDstVal", 0, 1),
     stated("zppsFIR*", "pSrc pDst pSrcDst", 1),
 };
 
-constexpr Optional kOptional[] = {{"zppsFIRInit* zppsFIRSetDlyLine*", "pDlyLine"}};
+constexpr Optional kOptional[] = {{"zppsFIRInit* zppsFIRMRInit* zppsFIRSetDlyLine*", "pDlyLine"}};
 
 template <class T>
 std::vector<T> uniform(int count) {
@@ -109,13 +156,14 @@ ObjectKind state(const char* functions,
     };
     const auto read = [=](const void* object, const Function& f, const Case& c) {
         const auto count = static_cast<std::size_t>(taps(f, c));
+        const bool isMultiRate = f.has("upFactor");
         std::vector<Taps> tapsRead(count);
-        std::vector<Sample> delayLine(count);
+        std::vector<Sample> delayLine(isMultiRate ? multiRateLine(f, c) : count);
         getTaps(static_cast<const ZppsFIRState*>(object), tapsRead.data());
         getDlyLine(static_cast<const ZppsFIRState*>(object), delayLine.data());
-        Bytes bytes(count * (sizeof(Taps) + sizeof(Sample)));
+        Bytes bytes(count * sizeof(Taps) + delayLine.size() * sizeof(Sample));
         std::memcpy(bytes.data(), tapsRead.data(), count * sizeof(Taps));
-        std::memcpy(bytes.data() + count * sizeof(Taps), delayLine.data(), count * sizeof(Sample));
+        std::memcpy(bytes.data() + count * sizeof(Taps), delayLine.data(), delayLine.size() * sizeof(Sample));
         return bytes;
     };
     return {functions, make, [=](void* object) { free(static_cast<ZppsFIRState*>(object)); },
