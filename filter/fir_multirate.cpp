@@ -99,7 +99,7 @@ template <class F>
 void filterMultiRate(ZppsFIRState* state, const typename F::Data* src, typename F::Data* dst, size_t n) {
     using Sample = typename F::Sample;
     const Rates rates = ratesOf(state);
-    const Phases phases(rates);
+    const Phases& phases = phasesOf(state);
     Sample* line = delayBufferOf<F>(state);
     const auto rowOf = [=, rows = rowsOf<F>(state), len = phases.rowLen<Sample>()](size_t phase) {
         return rows + (phase < phases.rows ? phase : phases.rows) * len;

@@ -30,6 +30,7 @@ void layOut(Areas& areas, ZppsFIRState& state) {
     using Sample = typename F::Sample;
     const Phases phases(ratesOf(&state));
     state.taps = areas.take<Sample>(static_cast<uint64_t>(state.tapsLen));
+    state.phases = areas.take<Phases>(1);
     state.rows = areas.take<Sample>((uint64_t{phases.mostRows} + 1) * phases.rowLen<Sample>());
     state.delayBuffer = areas.take<Sample>(uint64_t{phases.window} + kMultiRateChunk);
     state.work = areas.take<Sample>(kMultiRateChunk);
@@ -47,6 +48,8 @@ ZppStatus checkSize(const MultiRateNumbers& n) {
 
 template <class F>
 void setContents(ZppsFIRState* state, const typename F::Sample* pTaps, const typename F::Data* pDlyLine) {
+    const Phases phases(ratesOf(state));
+    memcpy(state->phases, &phases, sizeof phases);
     copyReversed(pTaps, tapsOf<F>(state), state->tapsLen);
     layOutTaps<F>(state);
     setDelayLine<F>(state, pDlyLine);
@@ -92,9 +95,8 @@ ZppStatus initAlloc(InitSingleRate initSingleRate, ZppsFIRState** ppState, const
 template <class F>
 void layOutTaps(ZppsFIRState* state) {
     const auto* last = tapsOf<F>(state) + (state->tapsLen - 1);
-    const Rates rates = ratesOf(state);
     layOutRows(
-        Phases(rates), rates, [=](size_t k) { return last - k; }, rowsOf<F>(state));
+        phasesOf(state), ratesOf(state), [=](size_t k) { return last - k; }, rowsOf<F>(state));
 }
 template void layOutTaps<Fir64f>(ZppsFIRState*);
 template void layOutTaps<Fir64fc>(ZppsFIRState*);

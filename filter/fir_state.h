@@ -32,8 +32,9 @@ struct ZppsFIRState {
     void* block;
     int32_t allocated;
     int32_t up, upPhase, down, downPhase;  // zero in a single-rate state, as all that follows
-    void* rows;                            // of a multi-rate state: the taps of each phase
-    uintptr_t reserved[sizeof(void*) == 4 ? 8 : 10];
+    void* phases;                          // of a multi-rate state: what follows from its numbers,
+    void* rows;                            // and the taps of each phase
+    uintptr_t reserved[sizeof(void*) == 4 ? 7 : 9];
 };
 static_assert(sizeof(ZppsFIRState) == (sizeof(void*) == 4 ? 112 : 208));
 

@@ -163,64 +163,93 @@ ZPP_EXPORT(ZppStatus, zppsFIROne_Direct_64fc_I,
 
 /* Multi-rate FIR filtering
  *
- * The rate changes by U / D, U = upFactor and D = downFactor: as if U - 1 zeros were put in for every input, the result
- * filtered by the taps, and every D-th place kept. From blocks of D inputs come blocks of U outputs. upPhase says at
- * which place of its U the input stands, downPhase which place of D is the output: output n, at place t = downPhase + n D,
- * is the sum over j of h(p + j U) x(m - j), where x(m) is the newest input at or before t and p the distance to it, for
- * the ceil(tapsLen / U) or one fewer j for which there is a tap.
+ * The rate changes by U / D, U = upFactor and D = downFactor: as if U - 1 zeros were put in for every input,
+ * the result filtered by the taps, and every D-th place kept. From blocks of D inputs come blocks of U
+ * outputs. upPhase says at which place of its U the input stands, downPhase which place of D is the output:
+ * output n, at place t = downPhase + n D, is the sum over j of h(p + j U) x(m - j), where x(m) is the newest
+ * input at or before t and p the distance to it, for the ceil(tapsLen / U) or one fewer j for which there is
+ * a tap.
  *
- * The delay line is K = ceil(tapsLen / U) inputs before the first, newest first. Consecutive calls filter one continuous
- * signal.
+ * The delay line is K = ceil(tapsLen / U) inputs before the first, newest first. Consecutive calls filter one
+ * continuous signal.
  *
  * A multi-rate state is a ZppsFIRState: zppsFIR, zppsFIR_I, zppsFIRFree, zppsFIRGetTaps, zppsFIRSetTaps,
- * zppsFIRGetDlyLine and zppsFIRSetDlyLine of its type pair take it, zppsFIROne refuses it with -17. numIters is a number of
- * blocks then: numIters D inputs are read and numIters U outputs written. In place the array has room for the larger of
- * both, with the inputs at its start.
+ * zppsFIRGetDlyLine and zppsFIRSetDlyLine of its type pair take it, zppsFIROne refuses it with -17. numIters
+ * is a number of blocks then: numIters D inputs are read and numIters U outputs written. In place the array
+ * has room for the larger of both, with the inputs at its start.
  *
- * The products of an output are summed in double, fused with the additions where the processor can, in an order that
- * tapsLen, factors and phases decide: however a signal is split into blocks, the bits are the same, in place or not,
- * with a state or without (another processor may give others). Where nothing underflows,
+ * The products of an output are summed in double, fused with the additions where the processor can, in an
+ * order that tapsLen, factors and phases decide: however a signal is split into blocks, the bits are the
+ * same, in place or not, with a state or without (another processor may give others). Where nothing
+ * underflows,
  *     |error| <= (K / 4 + 3) 2^-53 * sum of |h| |x| over the products of the output
- *     (complex, of re and of im: K / 2 + 4, with the magnitudes of the complex numbers)
- * The 32-bit signals are widened exactly, and each output is rounded once. Source and destination may be the same
- * vector, but not overlap otherwise. */
+ *     (complex, of re and of im: K / 2 + 3, with the magnitudes of the complex numbers)
+ * The 32-bit signals are widened exactly, and each output is rounded once. Source and destination may be the
+ * same vector, but not overlap otherwise. */
 
-/* The same filter without a state: numIters blocks, with the bits of a state. The caller keeps the delay line pDlyLine, K
- * elements, newest first, which the call brings up to date; with both factors 1 too, where the sums are those of this
- * family. _I in place. Nothing is allocated, and nothing else kept: threads may share the taps.
- * Returned, in this order of checks: -8 for a null source or destination; -6 for numIters <= 0; -8 for a null pTaps; -26
- * for tapsLen <= 0; -29 for a factor <= 0; -28 for a phase below 0 or not below its factor; -8 for a null pDlyLine. */
-ZPP_EXPORT(ZppStatus, zppsFIRMR_Direct_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int numIters, const Zpp64f* pTaps, int tapsLen, int upFactor, int upPhase, int downFactor, int downPhase, Zpp64f* pDlyLine))
-ZPP_EXPORT(ZppStatus, zppsFIRMR_Direct_64f_I, (Zpp64f* pSrcDst, int numIters, const Zpp64f* pTaps, int tapsLen, int upFactor, int upPhase, int downFactor, int downPhase, Zpp64f* pDlyLine))
-ZPP_EXPORT(ZppStatus, zppsFIRMR_Direct_64fc, (const Zpp64fc* pSrc, Zpp64fc* pDst, int numIters, const Zpp64fc* pTaps, int tapsLen, int upFactor, int upPhase, int downFactor, int downPhase, Zpp64fc* pDlyLine))
-ZPP_EXPORT(ZppStatus, zppsFIRMR_Direct_64fc_I, (Zpp64fc* pSrcDst, int numIters, const Zpp64fc* pTaps, int tapsLen, int upFactor, int upPhase, int downFactor, int downPhase, Zpp64fc* pDlyLine))
+/* The same filter without a state: numIters blocks, with the bits of a state. The caller keeps the delay line
+ * pDlyLine, K elements, newest first, which the call brings up to date; with both factors 1 too, where the
+ * sums are those of this family. _I in place. Nothing is allocated, and nothing else kept: threads may share
+ * the taps.
+ * Returned, in this order of checks: -8 for a null source or destination; -6 for numIters <= 0; -8 for a null
+ * pTaps; -26 for tapsLen <= 0; -29 for a factor <= 0; -28 for a phase below 0 or not below its factor; -8 for
+ * a null pDlyLine. */
+ZPP_EXPORT(ZppStatus, zppsFIRMR_Direct_64f,
+           (const Zpp64f* pSrc, Zpp64f* pDst, int numIters, const Zpp64f* pTaps, int tapsLen, int upFactor,
+            int upPhase, int downFactor, int downPhase, Zpp64f* pDlyLine))
+ZPP_EXPORT(ZppStatus, zppsFIRMR_Direct_64f_I,
+           (Zpp64f* pSrcDst, int numIters, const Zpp64f* pTaps, int tapsLen, int upFactor, int upPhase,
+            int downFactor, int downPhase, Zpp64f* pDlyLine))
+ZPP_EXPORT(ZppStatus, zppsFIRMR_Direct_64fc,
+           (const Zpp64fc* pSrc, Zpp64fc* pDst, int numIters, const Zpp64fc* pTaps, int tapsLen, int upFactor,
+            int upPhase, int downFactor, int downPhase, Zpp64fc* pDlyLine))
+ZPP_EXPORT(ZppStatus, zppsFIRMR_Direct_64fc_I,
+           (Zpp64fc* pSrcDst, int numIters, const Zpp64fc* pTaps, int tapsLen, int upFactor, int upPhase,
+            int downFactor, int downPhase, Zpp64fc* pDlyLine))
 
-/* The bytes that the buffer of zppsFIRMRInit must have, at any alignment and for all phases. With both factors 1 they are
- * those of zppsFIRGetStateSize.
- * Returned, in this order of checks: -8 for a null pointer; -26 for tapsLen <= 0; -29 for a factor <= 0; -6 where the
- * size is beyond an int. */
+/* The bytes that the buffer of zppsFIRMRInit must have, at any alignment and for all phases. With both
+ * factors 1 they are those of zppsFIRGetStateSize.
+ * Returned, in this order of checks: -8 for a null pointer; -26 for tapsLen <= 0; -29 for a factor <= 0; -6
+ * where the size is beyond an int. */
 ZPP_EXPORT(ZppStatus, zppsFIRMRGetStateSize_64f, (int tapsLen, int upFactor, int downFactor, int* pSize))
 ZPP_EXPORT(ZppStatus, zppsFIRMRGetStateSize_64fc, (int tapsLen, int upFactor, int downFactor, int* pSize))
 ZPP_EXPORT(ZppStatus, zppsFIRMRGetStateSize64f_32f, (int tapsLen, int upFactor, int downFactor, int* pSize))
 ZPP_EXPORT(ZppStatus, zppsFIRMRGetStateSize64fc_32fc, (int tapsLen, int upFactor, int downFactor, int* pSize))
 
-/* Build a state inside pBuffer, which must have the size of zppsFIRMRGetStateSize and stay where it is for the life of the
- * state, and put its address into *ppState. Taps and delay line are copied; a null pDlyLine stands for zeros. With both
- * factors 1 the state is that of zppsFIRInit: it filters samples, and keeps tapsLen of them.
- * Returned, in this order of checks: -8 for a null pointer other than pDlyLine; -26; -29; -28 for a phase below 0 or not
- * below its factor; -6. */
-ZPP_EXPORT(ZppStatus, zppsFIRMRInit_64f, (ZppsFIRState** ppState, const Zpp64f* pTaps, int tapsLen, int upFactor, int upPhase, int downFactor, int downPhase, const Zpp64f* pDlyLine, Zpp8u* pBuffer))
-ZPP_EXPORT(ZppStatus, zppsFIRMRInit_64fc, (ZppsFIRState** ppState, const Zpp64fc* pTaps, int tapsLen, int upFactor, int upPhase, int downFactor, int downPhase, const Zpp64fc* pDlyLine, Zpp8u* pBuffer))
-ZPP_EXPORT(ZppStatus, zppsFIRMRInit64f_32f, (ZppsFIRState** ppState, const Zpp64f* pTaps, int tapsLen, int upFactor, int upPhase, int downFactor, int downPhase, const Zpp32f* pDlyLine, Zpp8u* pBuffer))
-ZPP_EXPORT(ZppStatus, zppsFIRMRInit64fc_32fc, (ZppsFIRState** ppState, const Zpp64fc* pTaps, int tapsLen, int upFactor, int upPhase, int downFactor, int downPhase, const Zpp32fc* pDlyLine, Zpp8u* pBuffer))
+/* Build a state inside pBuffer, which must have the size of zppsFIRMRGetStateSize and stay where it is for
+ * the life of the state, and put its address into *ppState. Taps and delay line are copied; a null pDlyLine
+ * stands for zeros. With both factors 1 the state is that of zppsFIRInit: it filters samples, and keeps
+ * tapsLen of them.
+ * Returned, in this order of checks: -8 for a null pointer other than pDlyLine; -26; -29; -28 for a phase
+ * below 0 or not below its factor; -6. */
+ZPP_EXPORT(ZppStatus, zppsFIRMRInit_64f,
+           (ZppsFIRState** ppState, const Zpp64f* pTaps, int tapsLen, int upFactor, int upPhase,
+            int downFactor, int downPhase, const Zpp64f* pDlyLine, Zpp8u* pBuffer))
+ZPP_EXPORT(ZppStatus, zppsFIRMRInit_64fc,
+           (ZppsFIRState** ppState, const Zpp64fc* pTaps, int tapsLen, int upFactor, int upPhase,
+            int downFactor, int downPhase, const Zpp64fc* pDlyLine, Zpp8u* pBuffer))
+ZPP_EXPORT(ZppStatus, zppsFIRMRInit64f_32f,
+           (ZppsFIRState** ppState, const Zpp64f* pTaps, int tapsLen, int upFactor, int upPhase,
+            int downFactor, int downPhase, const Zpp32f* pDlyLine, Zpp8u* pBuffer))
+ZPP_EXPORT(ZppStatus, zppsFIRMRInit64fc_32fc,
+           (ZppsFIRState** ppState, const Zpp64fc* pTaps, int tapsLen, int upFactor, int upPhase,
+            int downFactor, int downPhase, const Zpp32fc* pDlyLine, Zpp8u* pBuffer))
 
 /* Allocate a state, to be released by zppsFIRFree. With both factors 1 it is that of zppsFIRInitAlloc.
- * Returned, in this order of checks: -8 for a null pointer other than pDlyLine; -26; -29; -28; -6; -9 where memory is
- * short. After an error *ppState is unchanged and nothing stays allocated. */
-ZPP_EXPORT(ZppStatus, zppsFIRMRInitAlloc_64f, (ZppsFIRState** ppState, const Zpp64f* pTaps, int tapsLen, int upFactor, int upPhase, int downFactor, int downPhase, const Zpp64f* pDlyLine))
-ZPP_EXPORT(ZppStatus, zppsFIRMRInitAlloc_64fc, (ZppsFIRState** ppState, const Zpp64fc* pTaps, int tapsLen, int upFactor, int upPhase, int downFactor, int downPhase, const Zpp64fc* pDlyLine))
-ZPP_EXPORT(ZppStatus, zppsFIRMRInitAlloc64f_32f, (ZppsFIRState** ppState, const Zpp64f* pTaps, int tapsLen, int upFactor, int upPhase, int downFactor, int downPhase, const Zpp32f* pDlyLine))
-ZPP_EXPORT(ZppStatus, zppsFIRMRInitAlloc64fc_32fc, (ZppsFIRState** ppState, const Zpp64fc* pTaps, int tapsLen, int upFactor, int upPhase, int downFactor, int downPhase, const Zpp32fc* pDlyLine))
+ * Returned, in this order of checks: -8 for a null pointer other than pDlyLine; -26; -29; -28; -6; -9 where
+ * memory is short. After an error *ppState is unchanged and nothing stays allocated. */
+ZPP_EXPORT(ZppStatus, zppsFIRMRInitAlloc_64f,
+           (ZppsFIRState** ppState, const Zpp64f* pTaps, int tapsLen, int upFactor, int upPhase,
+            int downFactor, int downPhase, const Zpp64f* pDlyLine))
+ZPP_EXPORT(ZppStatus, zppsFIRMRInitAlloc_64fc,
+           (ZppsFIRState** ppState, const Zpp64fc* pTaps, int tapsLen, int upFactor, int upPhase,
+            int downFactor, int downPhase, const Zpp64fc* pDlyLine))
+ZPP_EXPORT(ZppStatus, zppsFIRMRInitAlloc64f_32f,
+           (ZppsFIRState** ppState, const Zpp64f* pTaps, int tapsLen, int upFactor, int upPhase,
+            int downFactor, int downPhase, const Zpp32f* pDlyLine))
+ZPP_EXPORT(ZppStatus, zppsFIRMRInitAlloc64fc_32fc,
+           (ZppsFIRState** ppState, const Zpp64fc* pTaps, int tapsLen, int upFactor, int upPhase,
+            int downFactor, int downPhase, const Zpp32fc* pDlyLine))
 
 /* Up- and down-sampling
  *
