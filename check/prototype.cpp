@@ -135,7 +135,7 @@ const std::vector<Function>& allFunctions() {
             list.push_back(parseFunction(declared.result, declared.name, declared.arguments));
             list.back().stub = declared.stub;
             list.back().record = record++;
-            list.back().rules = rulesOf(folderOf(declared.header));
+            list.back().rules = rulesOf(folderOf(declared.header), declared.name);
         }
         return list;
     }();

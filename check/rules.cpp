@@ -7,8 +7,8 @@
 namespace zpp::check {
 namespace {
 
-const Rules* const kRules[] = {&kFrameRules, &kArithRules,  &kDataRules,
-                               &kStatsRules, &kFilterRules, &kTransformRules};
+const Rules* const kRules[] = {&kFrameRules, &kArithRules,  &kDataRules,     &kStatsRules,
+                               &kIirRules,   &kFilterRules, &kTransformRules};
 
 // What is the same in all folders.
 const Extent kLength = stated("*", "pSrc* pDst*", 1);
@@ -68,9 +68,9 @@ Extent stated(const char* functions, const char* arguments, int perLength, int m
 
 double zero(const Function&, const Case&, test::Random&) { return 0; }
 
-const Rules* rulesOf(const std::string& folder) {
+const Rules* rulesOf(const std::string& folder, const std::string& function) {
     for (const Rules* rules : kRules)
-        if (folder == rules->folder) return rules;
+        if (folder == rules->folder && like(function.c_str(), rules->functions)) return rules;
     return nullptr;
 }
 

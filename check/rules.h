@@ -1,6 +1,6 @@
-// What the prototypes do not say, stated in tables, one file for each folder of the library. Nothing is taken
-// for granted: a function for which something is not stated makes the run fail. The first row that fits
-// holds.
+// What the prototypes do not say, stated in tables, one file for each folder of the library, or for a family
+// of it. Nothing is taken for granted: a function for which something is not stated makes the run fail. The
+// first row that fits holds.
 #pragma once
 
 #include <functional>
@@ -86,12 +86,14 @@ struct Rules {
     std::span<const Lengths> lengths = {};
     std::span<const OwnCheck> ownChecks = {};
     const char* neverShared = "";  // functions of which no destination may be the same array as a source
+    const char* functions = "*";   // of the folder, that these rules are for
 };
 
-extern const Rules kFrameRules, kArithRules, kDataRules, kStatsRules, kFilterRules, kTransformRules;
+extern const Rules kFrameRules, kArithRules, kDataRules, kStatsRules, kIirRules, kFilterRules,
+    kTransformRules;
 
 // Null if there are none.
-const Rules* rulesOf(const std::string& folder);
+const Rules* rulesOf(const std::string& folder, const std::string& function);
 
 // Which rule the function lacks, or why no call of it can be made; empty if all is stated.
 std::string missingRule(const Function& f);

@@ -82,5 +82,6 @@ typedef struct {
 /* Objects that the library makes; their content is its own. */
 typedef struct ZppsFFTSpec ZppsFFTSpec;
 typedef struct ZppsFIRState ZppsFIRState;
+typedef struct ZppsIIRState ZppsIIRState;
 
 #endif
