@@ -28,6 +28,7 @@ struct Extent {
     const char *functions, *arguments;
     std::function<std::size_t(const Function&, const Case&)> elements;
     std::size_t copies = 1;  // so often do they lie there, one copy behind the other
+    std::size_t step = 0;    // of what its address must be a multiple; 0: of an element's size
 };
 
 // What a number may be that is passed, or that is found where a pointer leads.
@@ -61,6 +62,7 @@ struct ObjectKind {
     std::function<void(void*)> release;
     Entry releaser;                                                        // the export behind it
     std::function<Bytes(const void*, const Function&, const Case&)> read;  // by all accessors; empty: none
+    bool bounded = false;  // whether that is doubles, which agree as the results do
 };
 
 // Where others than those around every vector and unroll width are wanted.

@@ -39,12 +39,14 @@ constexpr Number kNumbers[] = {
     {"zppsIIR*", "src", nullptr},
 };
 
-Extent stateBytes(const char* functions, ZppStatus (*getStateSize)(int order, int* pSize)) {
-    return {functions, "pBuffer", [=](const Function& f, const Case& c) {
-                int bytes = 0;
-                getStateSize(order(f, c), &bytes);
-                return static_cast<std::size_t>(bytes);
-            }};
+Extent stateBytes(const char* functions, ZppStatus (*getStateSize)(int order, int* pSize),
+                  std::size_t step = 1) {
+    const auto elements = [=](const Function& f, const Case& c) {
+        int bytes = 0;
+        getStateSize(order(f, c), &bytes);
+        return static_cast<std::size_t>(bytes);
+    };
+    return {functions, "pBuffer", elements, 1, step};
 }
 
 const Extent kExtents[] = {
@@ -52,9 +54,9 @@ const Extent kExtents[] = {
     stateBytes("zppsIIRInit_64fc", zppsIIRGetStateSize_64fc),
     stateBytes("zppsIIRInit64f_32f", zppsIIRGetStateSize64f_32f),
     stateBytes("zppsIIRInit64fc_32fc", zppsIIRGetStateSize64fc_32fc),
-    stateBytes("zppsIIRInit_BiQuad_64f", zppsIIRGetStateSize_BiQuad_64f),
+    stateBytes("zppsIIRInit_BiQuad_64f", zppsIIRGetStateSize_BiQuad_64f, 16),
     stateBytes("zppsIIRInit_BiQuad_64fc", zppsIIRGetStateSize_BiQuad_64fc),
-    stateBytes("zppsIIRInit64f_BiQuad_32f", zppsIIRGetStateSize64f_BiQuad_32f),
+    stateBytes("zppsIIRInit64f_BiQuad_32f", zppsIIRGetStateSize64f_BiQuad_32f, 16),
     stateBytes("zppsIIRInit64fc_BiQuad_32fc", zppsIIRGetStateSize64fc_BiQuad_32fc),
     {"zppsIIR*", "pTaps", taps},
     {"zppsIIR*", "pDlyLine", delays},
@@ -98,8 +100,12 @@ ObjectKind state(const char* functions, ZppStatus (*initAlloc)(ZppsIIRState**, c
         std::memcpy(bytes.data(), line.data(), bytes.size());
         return bytes;
     };
-    return {functions, make, [=](void* object) { free(static_cast<ZppsIIRState*>(object)); },
-            reinterpret_cast<Entry>(free), read};
+    return {functions,
+            make,
+            [=](void* object) { free(static_cast<ZppsIIRState*>(object)); },
+            reinterpret_cast<Entry>(free),
+            read,
+            true};
 }
 
 const ObjectKind kObjects[] = {
