@@ -179,4 +179,13 @@ class OddWatch {
     unsigned lanes_ = 0;  // where comparisons give bits, not lanes
 };
 
+inline bool hasNansOrNegativeZeros(const double* p, size_t len) {
+    constexpr size_t n = kLanes<double>;
+    if (len < n) return true;  // soon looked at
+    OddWatch<Vec<double>> watch;
+    for (size_t i = 0; i < len - n; i += n) watch.look(load<Vec<double>>(p + i));
+    watch.look(load<Vec<double>>(p + (len - n)));
+    return watch.met();
+}
+
 }  // namespace zpp::ZPP_ISA

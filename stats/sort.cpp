@@ -53,15 +53,6 @@ void sortZeros(Zpp64f* p, size_t len) {
     for (size_t i = 0; i < zeros; ++i) store(p + first + i, i < negative ? kSign : 0);
 }
 
-bool hasNansOrNegativeZeros(const Zpp64f* p, size_t len) {
-    constexpr size_t n = kLanes<double>;
-    if (len < n) return true;  // soon looked at
-    OddWatch<Vec<double>> watch;
-    for (size_t i = 0; i < len - n; i += n) watch.look(load<Vec<double>>(p + i));
-    watch.look(load<Vec<double>>(p + (len - n)));
-    return watch.met();
-}
-
 // Sorts all but NaNs, which go to the end; gives how many these others are.
 size_t sortNumbers(Zpp64f* p, size_t len) {
     if constexpr (kVectorBytes > 0) {

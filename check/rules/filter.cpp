@@ -8,7 +8,10 @@
 namespace zpp::check {
 namespace {
 
-constexpr Promised kPromises[] = {{"zppsFIR*", Promise::kBound}, {"zppsSample*", Promise::kBits}};
+constexpr Promised kPromises[] = {{"zppsFIR*", Promise::kBound},
+                                  {"zppsSample*", Promise::kBits},
+                                  {"zppsFilterMedian*", Promise::kBits},
+                                  {"zppsConv* zppsAutoCorr* zppsCrossCorr*", Promise::kBound}};
 
 int taps(const Function& f, const Case& c) {
     constexpr int kTaps[] = {1, 2, 3, 4, 5, 7, 8, 15, 16, 31, 32, 33, 64, 100};
@@ -37,6 +40,12 @@ std::size_t multiRateLine(const Function& f, const Case& c) {
     return static_cast<std::size_t>(isSingleRate ? tapsLen : (tapsLen - 1) / up + 1);
 }
 
+// Of two vectors, one is shorter than the length of the case, or much longer.
+int otherLength(const Case& c) {
+    return c.variant % 3 == 0 ? 3 * c.length + 600 : c.length / (1 + c.variant % 3) + 1;
+}
+int lags(const Case& c) { return c.length + c.variant % 5; }
+
 constexpr double kNoPhase[] = {-1, 130};
 constexpr Number kNumbers[] = {
     {"zppsSample*", "srcLen",
@@ -48,6 +57,24 @@ constexpr Number kNumbers[] = {
     {"zppsSample*", "pPhase",
      [](const Function&, const Case& c, test::Random&) -> double { return phase(c); }, kNoPhase,
      zppStatusSamplePhase},
+    {"zppsFilterMedian*", "maskSize",
+     [](const Function&, const Case& c, test::Random&) -> double {
+         return 1 + (5 * c.length + 7 * c.variant) % 60;
+     },
+     kBelowOne, zppStatusMaskSize},
+    {"zppsConv* zppsAutoCorr* zppsCrossCorr*", "lenSrc1 srcLen",
+     [](const Function&, const Case& c, test::Random&) -> double { return c.length; }, kBelowOne,
+     zppStatusSizeError},
+    {"zppsConv* zppsCrossCorr*", "lenSrc2",
+     [](const Function&, const Case& c, test::Random&) -> double { return otherLength(c); }, kBelowOne,
+     zppStatusSizeError},
+    {"zppsAutoCorr* zppsCrossCorr*", "dstLen",
+     [](const Function&, const Case& c, test::Random&) -> double { return lags(c); }, kBelowOne,
+     zppStatusSizeError},
+    {"zppsCrossCorr*", "lowLag",
+     [](const Function&, const Case& c, test::Random& random) {
+         return below(2 * c.length, random) - c.length;
+     }},
     {"zppsFIR*", "numIters", [](const Function&, const Case& c, test::Random&) -> double { return c.length; },
      kBelowOne, zppStatusSizeError},
     {"zppsFIR*", "tapsLen",
@@ -109,6 +136,14 @@ const Extent kExtents[] = {
     stated("zppsSample*", "pDstLen", 0, 1),
     {"zppsSampleUp*", "pDst", spread},
     {"zppsSampleDown*", "pDst", kept},
+    stated("zppsFilterMedian*", "pSrc pDst pSrcDst", 1),
+    {"zppsConv*", "pDst",
+     [](const Function&, const Case& c) { return static_cast<std::size_t>(c.length + otherLength(c) - 1); }},
+    {"zppsConv* zppsCrossCorr*", "pSrc2",
+     [](const Function&, const Case& c) { return static_cast<std::size_t>(otherLength(c)); }},
+    {"zppsAutoCorr* zppsCrossCorr*", "pDst",
+     [](const Function&, const Case& c) { return static_cast<std::size_t>(lags(c)); }},
+    stated("zppsConv* zppsAutoCorr* zppsCrossCorr*", "pSrc pSrc1", 1),
     stateBytes("zppsFIRInit_64f", zppsFIRGetStateSize_64f),
     stateBytes("zppsFIRInit_64fc", zppsFIRGetStateSize_64fc),
     stateBytes("zppsFIRInit64f_32f", zppsFIRGetStateSize64f_32f),
@@ -188,6 +223,7 @@ const Rules kFilterRules = {.folder = "filter",
                             .extents = kExtents,
                             .numbers = kNumbers,
                             .optional = kOptional,
-                            .objects = kObjects};
+                            .objects = kObjects,
+                            .neverShared = "zppsConv* zppsAutoCorr* zppsCrossCorr* zppsFilterMedian*"};
 
 }  // namespace zpp::check
