@@ -9,7 +9,7 @@ namespace zpp::ZPP_ISA {
 namespace {
 
 // Groups of more outputs than this have lists beyond the second-level cache.
-constexpr int kMaxGroupOrder = kVectorBytes == 0 ? 4 : 9;
+constexpr int kMaxGroupOrder = kVectorBytes == 0 ? 4 : 10;
 
 // Registers of keys where these are the elements themselves, and where they are not.
 template <class T>

@@ -28,36 +28,80 @@ namespace zpp::ZPP_ISA {
 
 // Sorts a bitonic sequence of N.
 template <int N, class V>
-ZPP_INLINE void sortBitonicFew(V* p) {
-    V v[N];
-#pragma GCC unroll 8
-    for (int i = 0; i < N; ++i) v[i] = p[i];
-#pragma GCC unroll 8
+ZPP_INLINE void sortBitonic(V (&v)[N]) {
+#pragma GCC unroll 16
     for (int apart = N / 2; apart > 0; apart /= 2)
-#pragma GCC unroll 8
+#pragma GCC unroll 16
         for (int i = 0; i < N; ++i)
             if ((i & apart) == 0) putInOrder(v[i], v[i + apart]);
-#pragma GCC unroll 8
+}
+
+// Makes sorted runs of kRun ones of 2 kRun, by Batcher's odd-even merge, which takes fewer exchanges.
+template <int kRun, int N, class V>
+ZPP_INLINE void mergeNeighbours(V (&v)[N]) {
+#pragma GCC unroll 16
+    for (int apart = kRun; apart > 0; apart /= 2)
+#pragma GCC unroll 16
+        for (int i = 0; i < N; ++i) {
+            const int place = i % (2 * kRun), begin = apart == kRun ? 0 : apart;
+            if (place >= begin && place + apart < 2 * kRun && (place - begin) % (2 * apart) < apart)
+                putInOrder(v[i], v[i + apart]);
+        }
+}
+
+template <int N, class V>
+ZPP_INLINE void loadList(const V* p, V (&v)[N]) {
+#pragma GCC unroll 16
+    for (int i = 0; i < N; ++i) v[i] = p[i];
+}
+template <int N, class V>
+ZPP_INLINE void storeList(V* p, const V (&v)[N]) {
+#pragma GCC unroll 16
     for (int i = 0; i < N; ++i) p[i] = v[i];
 }
 
-// The same of n, a power of two.
+// What is sorted in registers at once.
+inline constexpr int kListOrder = 3;
+inline constexpr size_t kList = size_t{1} << kListOrder;
+
+// The same of n, a power of two, from kList on.
 template <class V>
 inline void sortBitonic(V* p, size_t n) {
-    if (n == 2) return sortBitonicFew<2>(p);
-    if (n == 4) return sortBitonicFew<4>(p);
-    if (n == 8) return sortBitonicFew<8>(p);
-    if (n < 2) return;
-    const size_t q = n / 4;
-    for (size_t i = 0; i < q; ++i) {
-        V a = p[i], b = p[i + q], c = p[i + 2 * q], d = p[i + 3 * q];
-        putInOrder(a, c);
-        putInOrder(b, d);
-        putInOrder(a, b);
-        putInOrder(c, d);
-        p[i] = a, p[i + q] = b, p[i + 2 * q] = c, p[i + 3 * q] = d;
+    while (n > 2 * kList) {
+        const size_t q = n / 4;
+        for (size_t i = 0; i < q; ++i) {
+            V v[4] = {p[i], p[i + q], p[i + 2 * q], p[i + 3 * q]};
+            sortBitonic(v);
+            p[i] = v[0], p[i + q] = v[1], p[i + 2 * q] = v[2], p[i + 3 * q] = v[3];
+        }
+        for (size_t i = 0; i < 3; ++i, p += q) sortBitonic(p, q);
+        n = q;
     }
-    for (size_t i = 0; i < n; i += q) sortBitonic(p + i, q);
+    if (n == 2 * kList)
+        for (size_t i = 0; i < kList; ++i) putInOrder(p[i], p[i + kList]);
+    for (size_t i = 0; i < n; i += kList) {
+        V v[kList];
+        loadList(p + i, v);
+        sortBitonic(v);
+        storeList(p + i, v);
+    }
+}
+
+// Sorted runs of 1, 2, 4, ... of `size` keys, a level each, `size` apart: from the keys, runs of kList and
+// all below, if they are asked for.
+template <class V>
+inline void sortShortRuns(V* keys, size_t size, bool withLists) {
+    for (size_t i = 0; i < size; i += kList) {
+        V v[kList];
+        loadList(keys + i, v);
+        mergeNeighbours<1>(v);
+        storeList(keys + i + size, v);
+        mergeNeighbours<2>(v);
+        storeList(keys + i + 2 * size, v);
+        if (!withLists) continue;
+        mergeNeighbours<4>(v);
+        storeList(keys + i + 3 * size, v);
+    }
 }
 
 // One sorted list of 2 n from two of n, which follow each other.
@@ -79,6 +123,27 @@ inline void middleThird(const V* candidates, const V* samples, V* out, size_t h)
     for (size_t j = 0; j < h; ++j)
         out[j] = max(candidates[h - 1 - j], min(candidates[2 * h - 1 - j], samples[j]));
     sortBitonic(out, h);
+}
+
+// The medians of a group of N from its candidates, all in registers.
+template <int N, class V>
+ZPP_INLINE void finishGroup(const V (&candidates)[N], const V* before, const V* behind, size_t size, V* out) {
+    if constexpr (N == 1) {
+        out[0] = candidates[0];
+    } else {
+        constexpr int h = N / 2;
+        const size_t level = static_cast<size_t>(__builtin_ctz(h)) * size;
+        V first[h], second[h];
+#pragma GCC unroll 16
+        for (int j = 0; j < h; ++j) {
+            first[j] = max(candidates[h - 1 - j], min(candidates[2 * h - 1 - j], before[level + h + j]));
+            second[j] = max(candidates[h - 1 - j], min(candidates[2 * h - 1 - j], behind[level + j]));
+        }
+        sortBitonic(first);
+        finishGroup(first, before, behind, size, out);
+        sortBitonic(second);
+        finishGroup(second, before + h, behind + h, size, out + h);
+    }
 }
 
 // out[i] has in its lanes x[i], x[i + stride], ...; for i < count rounded up to a number of lanes.
@@ -137,7 +202,10 @@ class MedianGroups {
         // Sample i before the shared ones is element i + 1 of its runs: these are aligned with the groups.
         loadColumns(x, size_, size_ - 1, before + 1);
         loadColumns(x + mask_, size_, size_ - 1, behind);
-        for (int i = 0; i + 1 < order_; ++i) {
+        before[0] = behind[size_ - 1] = before[1];  // of no use
+        sortShortRuns(before, size_, order_ > kListOrder);
+        sortShortRuns(behind, size_, order_ > kListOrder);
+        for (int i = kListOrder; i + 1 < order_; ++i) {
             const size_t n = size_t{1} << i, last = size_ - 2 * n;
             V *a = before + size_ * static_cast<size_t>(i), *b = behind + size_ * static_cast<size_t>(i);
             for (size_t begin = 0; begin < size_; begin += 2 * n) {
@@ -146,7 +214,7 @@ class MedianGroups {
             }
         }
         V *from = area<V>(lists_[0]), *to = area<V>(lists_[1]);
-        for (int i = order_; i-- > 0;) {
+        for (int i = order_; i-- > kListOrder;) {
             const size_t h = size_t{1} << i;
             const V *a = before + size_ * static_cast<size_t>(i),
                     *b = behind + size_ * static_cast<size_t>(i);
@@ -157,6 +225,11 @@ class MedianGroups {
             V* t = from;
             from = to;
             to = t;
+        }
+        for (size_t begin = 0; begin < size_; begin += kList) {
+            V candidates[kList];
+            loadList(from + begin, candidates);
+            finishGroup(candidates, before + begin, behind + begin, size_, from + begin);
         }
         storeColumns(from, size_, size_, y);
     }
@@ -179,15 +252,23 @@ class MedianGroups {
     void sortShared(const T* x) const {
         using K = Keys<T, V>;
         const size_t shared = mask_ - size_ + 1, lacking = size_ - shared;
-        int steps = 0;
+        int steps = kListOrder;
         while (size_t{1} << steps < shared) ++steps;
-        const size_t rounded = size_t{1} << steps;
-        V *from = area<V>(lists_[steps % 2]), *to = area<V>(lists_[1 - steps % 2]);
+        V *from = area<V>(lists_[(steps - kListOrder) % 2]),
+          *to = area<V>(lists_[(steps - kListOrder + 1) % 2]);
         const V last = broadcast<V>(K::kLast);
         loadColumns(x + size_ - 1, size_, shared, from + lacking / 2);
         for (V* list : {from + lacking / 2, to + lacking / 2})
-            for (size_t i = shared; i < rounded; ++i) list[i] = last;
-        for (int i = 0; i < steps; ++i) {
+            for (size_t i = shared; i < size_t{1} << steps; ++i) list[i] = last;
+        for (size_t i = 0; i < shared; i += kList) {
+            V v[kList];
+            loadList(from + lacking / 2 + i, v);
+            mergeNeighbours<1>(v);
+            mergeNeighbours<2>(v);
+            mergeNeighbours<4>(v);
+            storeList(from + lacking / 2 + i, v);
+        }
+        for (int i = kListOrder; i < steps; ++i) {
             const size_t n = size_t{1} << i;
             for (size_t begin = 0; begin < shared; begin += 2 * n)
                 mergeRuns(from + lacking / 2 + begin, to + lacking / 2 + begin, n);
