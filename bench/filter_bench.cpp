@@ -176,5 +176,52 @@ ZppStatus multiRateDirect(const T* src, const T* taps, int len, T* dst) {
     {"FIRMR_Direct_64f_147_160_64", 16, timed<multiRateDirect<Zpp64f, 147, 160, 64>>},
 };
 
+template <int kMask>
+ZppStatus median64f(const double* src, double* dst, int len) {
+    return zppsFilterMedian_64f(src, dst, len, kMask);
+}
+template <int kMask>
+ZppStatus median32s(const Zpp32s* src, Zpp32s* dst, int len) {
+    return zppsFilterMedian_32s(src, dst, len, kMask);
+}
+
+[[maybe_unused]] const Jobs medians = {
+    {"FilterMedian_64f_3", 16, timed<median64f<3>>},
+    {"FilterMedian_64f_5", 16, timed<median64f<5>>},
+    {"FilterMedian_64f_9", 16, timed<median64f<9>>},
+    {"FilterMedian_64f_15", 16, timed<median64f<15>>},
+    {"FilterMedian_64f_25", 16, timed<median64f<25>>},
+    {"FilterMedian_64f_101", 16, timed<median64f<101>>},
+    {"FilterMedian_64f_1001", 16, timed<median64f<1001>>},
+    {"FilterMedian_64f_100001", 16, timed<median64f<100001>>},
+    {"FilterMedian_32s_9", 8, timed<median32s<9>>},
+    {"FilterMedian_32s_101", 8, timed<median32s<101>>},
+};
+
+// A vector of 16, 256 or as many elements with one of the length of the case, all of it and its lags.
+template <int kShort>
+ZppStatus convolution(const double* a, const double* b, double* dst, int len) {
+    return zppsConv_64f(a, kShort > 0 ? kShort : len, b, len, dst);
+}
+ZppStatus cross(const double* a, const double* b, double* dst, int len) {
+    return zppsCrossCorr_64f(a, len, b, len, dst, len, -len / 2);
+}
+ZppStatus autoCorrelation(const double* src, double* dst, int len) {
+    return zppsAutoCorr_64f(src, len, dst, len);
+}
+ZppStatus autoCorrelationComplex(const Zpp64fc* src, Zpp64fc* dst, int len) {
+    return zppsAutoCorr_64fc(src, len, dst, len);
+}
+
+[[maybe_unused]] const Jobs convolutions = {
+    {"Conv_64f_16", 16, timed<convolution<16>>},
+    {"Conv_64f_256", 16, timed<convolution<256>>},
+    {"Conv_64f_1000", 16, timed<convolution<1000>>},
+    {"Conv_64f_equal", 32, timed<convolution<0>>},
+    {"CrossCorr_64f_equal", 24, timed<cross>},
+    {"AutoCorr_64f", 16, timed<autoCorrelation>},
+    {"AutoCorr_64fc", 32, timed<autoCorrelationComplex>},
+};
+
 }  // namespace
 }  // namespace zpp::bench

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cstring>
+#include <vector>
 
 #include "bench/peers/plain.h"
 
@@ -78,6 +80,53 @@ constexpr auto multiRateSingle = timed<multiRate<double, float, kUp, kDown, kTap
                                                 {"SampleDown_64fc_2", timed<sampleDown<Zpp64fc>, 2, 1>},
                                                 {"SampleDown_64fc_5", timed<sampleDown<Zpp64fc>, 5, 1>},
                                             });
+
+// A window is copied, its ends repeated, and its middle found.
+template <class T, int kMask>
+void median(const T* src, T* dst, int len) {
+    std::vector<T> window(kMask);
+    for (int n = 0; n < len; ++n) {
+        for (int j = 0; j < kMask; ++j)
+            window[static_cast<size_t>(j)] = src[std::clamp(n + j - kMask / 2, 0, len - 1)];
+        std::nth_element(window.begin(), window.begin() + kMask / 2, window.end());
+        dst[n] = window[kMask / 2];
+    }
+}
+
+template <int kShort>
+void convolution(const double* __restrict a, const double* __restrict b, double* __restrict dst, int len) {
+    const int shortLen = kShort > 0 ? kShort : len;
+    std::fill_n(dst, shortLen + len - 1, 0.0);
+    for (int i = 0; i < shortLen; ++i)
+        for (int j = 0; j < len; ++j) dst[i + j] += a[i] * b[j];
+}
+
+// Only as far as a plain loop ends in time.
+template <auto kLoop, int kLongest>
+void upTo(benchmark::State& state, int len) {
+    if (len > kLongest)
+        state.SkipWithError("takes too long");
+    else
+        timed<kLoop>(state, len);
+}
+
+[[maybe_unused]] const Peers medians(kWho, {
+                                               {"FilterMedian_64f_3", upTo<median<double, 3>, 1 << 18>},
+                                               {"FilterMedian_64f_5", upTo<median<double, 5>, 1 << 18>},
+                                               {"FilterMedian_64f_9", upTo<median<double, 9>, 1 << 18>},
+                                               {"FilterMedian_64f_15", upTo<median<double, 15>, 1 << 18>},
+                                               {"FilterMedian_64f_25", upTo<median<double, 25>, 1 << 16>},
+                                               {"FilterMedian_64f_101", upTo<median<double, 101>, 1 << 14>},
+                                               {"FilterMedian_64f_1001", upTo<median<double, 1001>, 1 << 12>},
+                                               {"FilterMedian_32s_9", upTo<median<Zpp32s, 9>, 1 << 18>},
+                                               {"FilterMedian_32s_101", upTo<median<Zpp32s, 101>, 1 << 14>},
+                                           });
+[[maybe_unused]] const Peers convolutions(kWho, {
+                                                    {"Conv_64f_16", timed<convolution<16>>},
+                                                    {"Conv_64f_256", timed<convolution<256>>},
+                                                    {"Conv_64f_1000", upTo<convolution<1000>, 1 << 16>},
+                                                    {"Conv_64f_equal", upTo<convolution<0>, 1 << 14>},
+                                                });
 
 }  // namespace
 }  // namespace zpp::bench
