@@ -96,6 +96,7 @@ class WorkBuffer {
     WorkBuffer(const WorkBuffer&) = delete;
     WorkBuffer& operator=(const WorkBuffer&) = delete;
 
+    void* block() const { return block_; }
     // Where it begins. Null where there is none.
     template <class T>
     T* from(size_t alignment) const {

@@ -17,14 +17,6 @@ inline void transform(In in, Out out, int order, double* work, const FftTables& 
     }
 }
 
-// Calls body(integral_constant W) for the width W of an order.
-template <int W = kLanes<double>, class Body>
-ZPP_INLINE void withWidth(int order, Body body) {
-    if constexpr (W > 1)
-        if (transformWidth(order) < W) return withWidth<W / 2>(order, body);
-    body(std::integral_constant<int, W>{});
-}
-
 template <bool kInverse>
 void transformInterleaved(const double* src, double* dst, int order, double* work, const FftTables& tables,
                           double scale) {

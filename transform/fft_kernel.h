@@ -248,6 +248,14 @@ inline void passesFrom(In in, A a, B b, Out out, size_t n, size_t s, const doubl
     passes(a, b, out, n, s, twiddles, scale);
 }
 
+// Calls body(integral_constant W) for the width W of an order.
+template <int W = kLanes<double>, class Body>
+ZPP_INLINE void withWidth(int order, Body body) {
+    if constexpr (W > 1)
+        if (transformWidth(order) < W) return withWidth<W / 2>(order, body);
+    body(std::integral_constant<int, W>{});
+}
+
 // W vectors of the input become W blocks.
 template <bool kComplexOrder, class V, int W>
 ZPP_INLINE void firstButterfly(Complex<V> (&x)[W], const double* twiddles) {

@@ -9,6 +9,10 @@
 
 namespace zpp::ZPP_ISA {
 
+inline Complex<double> rounded(Complex<long double> w) {
+    return {static_cast<double>(w.re), static_cast<double>(w.im)};
+}
+
 // exp(-2 pi i k / 2^order). The angle is reduced to the first octant, where the root is a product of two
 // table entries in extended precision: its error before the one rounding to double is below 2^-62.
 class Roots {
@@ -43,15 +47,7 @@ class Roots {
         return rounded({-w.im * w.im / (1 + w.re), w.im});
     }
 
-  private:
-    struct Entry {
-        long double cosine, sine;
-    };
-
-    static Complex<double> rounded(Complex<long double> w) {
-        return {static_cast<double>(w.re), static_cast<double>(w.im)};
-    }
-
+    // Before it is rounded.
     Complex<long double> exact(uint64_t k, int length) const {
         const uint64_t quarter = uint64_t{1} << (order_ - 2);
         const uint64_t turn = (k << (order_ - length)) & (4 * quarter - 1);
@@ -70,6 +66,11 @@ class Roots {
                 return {e.sine, e.cosine};
         }
     }
+
+  private:
+    struct Entry {
+        long double cosine, sine;
+    };
 
     Entry entry(size_t k) const {
         const long double turn = 6.283185307179586476925286766559005768L;

@@ -108,6 +108,48 @@ ZPP_EXPORT(ZppStatus, zppsConjPerm_64fc_I, (Zpp64fc* pSrcDst, int len))
 ZPP_EXPORT(ZppStatus, zppsConjCcs_64fc, (const Zpp64f* pSrc, Zpp64fc* pDst, int len))
 ZPP_EXPORT(ZppStatus, zppsConjCcs_64fc_I, (Zpp64fc* pSrcDst, int len))
 
+/* Discrete cosine transform (DCT)
+ *
+ *     forward (DCT-II):   y[k] = c(k) sum over n of x[n] cos(pi (2n + 1) k / (2N)),
+ *     inverse (DCT-III):  x[n] = sum over k of c(k) y[k] cos(pi (2n + 1) k / (2N)),
+ *
+ * of any length N, with c(0) = sqrt(1 / N) and c(k) = sqrt(2 / N) for k > 0, so that each undoes the other. A
+ * specification holds the tables for one length and one direction. Once made it is never written, so any number of
+ * threads may use it at once, each with its own work buffer. */
+
+/* Make a specification for transforms of len elements, to be released by the Free function of its direction. hint is
+ * kept and has no effect.
+ * Returned, in this order of checks: -8 ppDCTSpec null; -6 len < 1, or so large that the bytes of the work buffer are
+ * not an int (powers of two from 2^28 on; others above 2^25 if even and 2^25 2 / 3 if odd); -9 memory short for it or
+ * for what its tables are made from. After an error *ppDCTSpec is as it was, and nothing stays allocated. */
+ZPP_EXPORT(ZppStatus, zppsDCTFwdInitAlloc_64f, (ZppsDCTSpec** ppDCTSpec, int len, int hint))
+
+/* Release a specification.
+ * Returned: -8 pDCTSpec null; -17 not a specification of this direction, nothing is released. */
+ZPP_EXPORT(ZppStatus, zppsDCTFwdFree_64f, (ZppsDCTSpec* pDCTSpec))
+
+/* *pSize = bytes of work buffer that a transform needs, whatever its address: 0 (none) for N = 1, 2, 4 and 8,
+ * 8 N + 16 for other powers of two and for N up to 100.
+ * Returned: -8 a null pointer; -17 not a specification of this direction. */
+ZPP_EXPORT(ZppStatus, zppsDCTFwdGetBufSize_64f, (const ZppsDCTSpec* pDCTSpec, int* pSize))
+
+/* The transform. pBuffer is a work buffer of the size that GetBufSize gives, at any address, or null: then, where one
+ * is needed, it is allocated for the call. Powers of two from 2^17 on allocate a little more for the call in any case.
+ * pSrc and pDst may be the same array, with the same result. The results differ a little between the columns, and not
+ * with the state of the x87 unit.
+ *
+ * Returned, in this order of checks: -8 pDCTSpec null; -17 a specification of another direction or kind; -8 a null
+ * data pointer; -9 no memory to work in. */
+ZPP_EXPORT(ZppStatus, zppsDCTFwd_64f,
+           (const Zpp64f* pSrc, Zpp64f* pDst, const ZppsDCTSpec* pDCTSpec, Zpp8u* pBuffer))
+
+/* The inverse transform, in the same way. */
+ZPP_EXPORT(ZppStatus, zppsDCTInvInitAlloc_64f, (ZppsDCTSpec** ppDCTSpec, int len, int hint))
+ZPP_EXPORT(ZppStatus, zppsDCTInvFree_64f, (ZppsDCTSpec* pDCTSpec))
+ZPP_EXPORT(ZppStatus, zppsDCTInvGetBufSize_64f, (const ZppsDCTSpec* pDCTSpec, int* pSize))
+ZPP_EXPORT(ZppStatus, zppsDCTInv_64f,
+           (const Zpp64f* pSrc, Zpp64f* pDst, const ZppsDCTSpec* pDCTSpec, Zpp8u* pBuffer))
+
 /* Haar wavelet
  *
  * One level: pairs of samples a = x[2i], b = x[2i+1] of a signal of len samples to a low band of (len + 1) / 2 samples
@@ -141,5 +183,20 @@ ZPP_EXPORT(ZppStatus, zppsWTHaarInv_32s, (const Zpp32s* pSrcLow, const Zpp32s* p
  * Any scaleFactor is valid. As every scale factor divides, the inverse of the forward form with s takes -s. */
 ZPP_EXPORT(ZppStatus, zppsWTHaarInv_32s_Sfs,
            (const Zpp32s* pSrcLow, const Zpp32s* pSrcHigh, Zpp32s* pDst, int len, int scaleFactor))
+
+/* Goertzel
+ *
+ * One value of a spectrum, at the frequency rFreq, a fraction of the sampling rate:
+ *
+ *     *pVal = exp(2 pi i rFreq len) sum over n of pSrc[n] exp(-2 pi i rFreq n),
+ *
+ * which is element m of the discrete Fourier transform for rFreq = m / len.
+ *
+ * Returned, in this order of checks: -8 for a null pointer; -6 for len < 1; -27 for a frequency that is not
+ * 0 <= rFreq < 1, a NaN too. Calls in several threads may share sources. */
+ZPP_EXPORT(ZppStatus, zppsGoertz_64fc, (const Zpp64fc* pSrc, int len, Zpp64fc* pVal, Zpp64f rFreq))
+
+/* The values at two frequencies, to the bits of two calls. pVal and rFreq have two elements. */
+ZPP_EXPORT(ZppStatus, zppsGoertzTwo_64fc, (const Zpp64fc* pSrc, int len, Zpp64fc* pVal, const Zpp64f* rFreq))
 
 #endif

@@ -81,6 +81,7 @@ typedef struct {
 
 /* Objects that the library makes; their content is its own. */
 typedef struct ZppsFFTSpec ZppsFFTSpec;
+typedef struct ZppsDCTSpec ZppsDCTSpec;
 typedef struct ZppsFIRState ZppsFIRState;
 typedef struct ZppsIIRState ZppsIIRState;
 
