@@ -16,24 +16,28 @@ namespace {
 constexpr int kFirstOrder = 4;
 constexpr int kLastOrder = 20;  // of 2 * kLargest complex elements, one half for each of two arrays
 
+// Of the cosine transforms: also those that are no powers of two, by every method.
+constexpr int kCosineLengths[] = {8,    16,    32,    64,     128,     256, 512, 1024, 2048, 4096,
+                                  8192, 16384, 65536, 262144, 1048576, 100, 360, 1000, 1001, 10007};
+
 // What a transform moves at the least: its input and its output.
-size_t traffic(int order, size_t bytesPerPoint) { return (2 * bytesPerPoint) << order; }
+size_t traffic(int length, size_t bytesPerPoint) { return 2 * bytesPerPoint * static_cast<size_t>(length); }
 
 // As add(), for what needs a plan: prepare() gives the body when the case first runs, and is not timed. A
 // plan stays for the further repetitions, to the end of the program.
 template <class Prepare>
-void addPlanned(const char* what, const char* who, int order, size_t bytesPerPoint, Prepare prepare) {
+void addPlanned(const char* what, const char* who, int length, size_t bytesPerPoint, Prepare prepare) {
     if (!isWanted(what, who)) return;
-    const auto prepared = std::make_shared<std::optional<decltype(prepare(order))>>();
-    registerCase(what, who, 1 << order, [=](benchmark::State& state) {
-        if (!prepared->has_value()) prepared->emplace(prepare(order));
+    const auto prepared = std::make_shared<std::optional<decltype(prepare())>>();
+    registerCase(what, who, length, [=](benchmark::State& state) {
+        if (!prepared->has_value()) prepared->emplace(prepare());
         const auto& body = **prepared;
         for (auto iteration : state) {
             (void)iteration;
             body();
             benchmark::ClobberMemory();
         }
-        state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(traffic(order, bytesPerPoint)));
+        state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(traffic(length, bytesPerPoint)));
     });
 }
 
@@ -42,13 +46,28 @@ template <class Call>
 void timeOurs(const char* what, size_t bytesPerPoint, ZppStatus (*init)(ZppsFFTSpec**, int, int, int),
               ZppStatus (*bufSize)(const ZppsFFTSpec*, int*), Call call) {
     for (int order = kFirstOrder; order <= kLastOrder; ++order)
-        addPlanned(what, "zpp", order, bytesPerPoint, [=](int n) {
+        addPlanned(what, "zpp", 1 << order, bytesPerPoint, [=] {
             ZppsFFTSpec* spec = nullptr;
             int size = 0;
-            init(&spec, n, 8, 0);
+            init(&spec, order, 8, 0);
             bufSize(spec, &size);
             auto* buffer = reinterpret_cast<Zpp8u*>(zppsMalloc_32s(size / 4 + 1));
             return [=] { call(spec, buffer); };
+        });
+}
+
+// The same for cosine transforms.
+void timeCosines(const char* what, ZppStatus (*init)(ZppsDCTSpec**, int, int),
+                 ZppStatus (*bufSize)(const ZppsDCTSpec*, int*),
+                 ZppStatus (*call)(const Zpp64f*, Zpp64f*, const ZppsDCTSpec*, Zpp8u*)) {
+    for (const int length : kCosineLengths)
+        addPlanned(what, "zpp", length, 8, [=] {
+            ZppsDCTSpec* spec = nullptr;
+            int size = 0;
+            init(&spec, length, 0);
+            bufSize(spec, &size);
+            auto* buffer = reinterpret_cast<Zpp8u*>(zppsMalloc_32s(size / 4 + 1));
+            return [=] { call(source(0), destination(), spec, buffer); };
         });
 }
 
@@ -57,8 +76,8 @@ void timeOurs(const char* what, size_t bytesPerPoint, ZppStatus (*init)(ZppsFFTS
 template <class Make>
 void timeFftw(const char* what, size_t bytesPerPoint, Make make) {
     for (int order = kFirstOrder; order <= kLastOrder; ++order)
-        addPlanned(what, "FFTW", order, bytesPerPoint, [=](int n) {
-            const fftw_plan plan = make(1 << n);
+        addPlanned(what, "FFTW", 1 << order, bytesPerPoint, [=] {
+            const fftw_plan plan = make(1 << order);
             return [=] { fftw_execute(plan); };
         });
 }
@@ -100,6 +119,13 @@ void addFftw() {
     timeFftw("FFTInv_R_64f", 8, [=](int n) {
         return filled(fftw_plan_dft_c2r_1d(n, complex(0), scratch(1), FFTW_MEASURE | FFTW_PRESERVE_INPUT));
     });
+    for (const int length : kCosineLengths)
+        for (const bool inverse : {false, true})
+            addPlanned(inverse ? "DCTInv_64f" : "DCTFwd_64f", "FFTW", length, 8, [=] {
+                const fftw_plan plan = filled(fftw_plan_r2r_1d(
+                    length, scratch(0), scratch(1), inverse ? FFTW_REDFT01 : FFTW_REDFT10, FFTW_MEASURE));
+                return [=] { fftw_execute(plan); };
+            });
 }
 #else
 void addFftw() {}
@@ -123,10 +149,32 @@ void registerTransforms() {
              [=](auto* spec, auto* buffer) { zppsFFTFwd_RToCCS_64f(src, dst, spec, buffer); });
     timeOurs("FFTInv_R_64f", 8, zppsFFTInitAlloc_R_64f, zppsFFTGetBufSize_R_64f,
              [=](auto* spec, auto* buffer) { zppsFFTInv_CCSToR_64f(src, dst, spec, buffer); });
+    timeCosines("DCTFwd_64f", zppsDCTFwdInitAlloc_64f, zppsDCTFwdGetBufSize_64f, zppsDCTFwd_64f);
+    timeCosines("DCTInv_64f", zppsDCTInvInitAlloc_64f, zppsDCTInvGetBufSize_64f, zppsDCTInv_64f);
     addFftw();
 }
 
 namespace {
+// The frequencies are no numbers of the vectors, which are above 1.
+void timedOne(benchmark::State& state, int len) {
+    Zpp64fc value;
+    for (auto iteration : state) {
+        (void)iteration;
+        zppsGoertz_64fc(complexVector(source(0)), len, &value, 0.1234);
+        benchmark::DoNotOptimize(value);
+    }
+}
+void timedTwo(benchmark::State& state, int len) {
+    Zpp64fc values[2];
+    const Zpp64f frequencies[] = {0.1234, 0.321};
+    for (auto iteration : state) {
+        (void)iteration;
+        zppsGoertzTwo_64fc(complexVector(source(0)), len, values, frequencies);
+        benchmark::DoNotOptimize(values);
+    }
+}
+[[maybe_unused]] const Reductions goertzel = {{"Goertz_64fc", 16, timedOne},
+                                              {"GoertzTwo_64fc", 16, timedTwo}};
 [[maybe_unused]] const Jobs packed = {{"MulPerm_64f", 24, timed<zppsMulPerm_64f>}};
 [[maybe_unused]] const Jobs haar = {
     {"WTHaarFwd_64f", 16, timed<zppsWTHaarFwd_64f>},

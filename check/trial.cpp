@@ -52,8 +52,13 @@ Bytes makeValue(const Function& f, const Argument& a, const Case& c, test::Rando
     if (a.role == Role::kObjectOut) return Bytes(sizeof(void*), kUnwritten);
     const Number* number = numberOf(f, a);
     if (number == nullptr) return makeVector(f, a, c, random);
-    return number->draw == nullptr ? makeElements(*a.type, 1, c.data, random)
-                                   : bytesOf(*a.type, number->draw(f, c, random));
+    Bytes numbers;
+    for (std::size_t left = a.pointers == 0 ? 1 : extentOf(f, a)->elements(f, c); left > 0; --left) {
+        const Bytes drawn = number->draw == nullptr ? makeElements(*a.type, 1, c.data, random)
+                                                    : bytesOf(*a.type, number->draw(f, c, random));
+        numbers.insert(numbers.end(), drawn.begin(), drawn.end());
+    }
+    return numbers;
 }
 
 bool isSource(const Argument& a) { return a.role == Role::kSource && a.name.starts_with("pSrc"); }

@@ -13,7 +13,7 @@ ZppStatus withGroup(const ZppsDCTSpec* spec, Transform transform) {
         transform(nullptr);
         return zppStatusOk;
     }
-    const LargeScratch s = largeScratch(spec->fft->order);
+    const LargeScratch s = largeScratch(fftTables(spec).order);
     const WorkBuffer buffer(nullptr, static_cast<int>((s.total - s.data) * sizeof(double)));
     double* const group = buffer.from<double>(kBlockAlignment);
     if (group == nullptr) return zppStatusAllocationFailed;
@@ -43,7 +43,7 @@ ZPP_INLINE ZppStatus withMethod(const ZppsDCTSpec* spec, Zpp8u* pBuffer, Fft fft
     if (buffer.block() == nullptr) return zppStatusAllocationFailed;
     if (spec->large != 0) {
         Areas areas(kBlockAlignment, buffer.block());
-        chirps(ChirpWork(areas, spec->convolver));
+        chirps(ChirpWork(areas, spec));
         return zppStatusOk;
     }
     auto* const work = buffer.from<double>(kDctAlignment);

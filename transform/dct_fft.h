@@ -74,14 +74,18 @@ inline void fftBetween(In in, Out out, double* first, double* second, double* gr
     }
 }
 
+inline const FftTables& fftTables(const ZppsDCTSpec* spec) {
+    return *static_cast<const FftTables*>(spec->fft);
+}
+
 // Both directions may be in place. `buffer` holds n numbers.
 inline void forwardByFft(const double* src, double* dst, const ZppsDCTSpec* spec, double* buffer,
                          double* group) {
     const size_t n = static_cast<size_t>(spec->len);
-    withWidth(spec->fft->order, [=](auto width) {
+    withWidth(fftTables(spec).order, [=](auto width) {
         constexpr int W = decltype(width)::value;
         fftBetween<W>(TakenInOrder<W>{src, n / 2 / W}, Interleaved<W, false>{buffer}, buffer, dst, group,
-                      *spec->fft);
+                      fftTables(spec));
     });
     cosinesFromPairs(buffer, dst, n, spec->pow2Table, spec->c0);
 }
@@ -89,10 +93,10 @@ inline void inverseByFft(const double* src, double* dst, const ZppsDCTSpec* spec
                          double* group) {
     const size_t n = static_cast<size_t>(spec->len);
     pairsFromCosines(src, buffer, n, spec->pow2Table, spec->c0);
-    withWidth(spec->fft->order, [=](auto width) {
+    withWidth(fftTables(spec).order, [=](auto width) {
         constexpr int W = decltype(width)::value;
         const Interleaved<W, true> z{buffer};
-        fftBetween<W>(z, z, dst, buffer, group, *spec->fft);
+        fftBetween<W>(z, z, dst, buffer, group, fftTables(spec));
     });
     putInOrder(buffer, dst, n);
 }

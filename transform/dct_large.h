@@ -2,7 +2,7 @@
 // half of an even length N or the odd length N itself, is a convolution (Bluestein, "A linear filtering
 // approach to the computation of discrete Fourier transform", 1970). With b[j] = exp(-pi i j^2 / n),
 //     X[k] = b[k] sum over j of (x[j] b[j]) conj(b[k - j]),
-// computed by FFTs of a power of two.
+// computed by FFTs of a power of two, or three of them.
 #pragma once
 
 #include "transform/dct_passes.h"
@@ -72,23 +72,80 @@ inline void multiplyToReal(const double* a, const double* b, double* x, size_t n
     });
 }
 
+// The FFT of a convolution.
+inline const ZppsFFTSpec* convolverOf(const ZppsDCTSpec* spec) {
+    return static_cast<const ZppsFFTSpec*>(spec->fft);
+}
+
 // The work buffer: what is convolved, then the buffer of the FFT.
 struct ChirpWork {
     double* data;
+    size_t length;  // of the convolution
     Zpp8u* fftBuffer;
-    ChirpWork(Areas& areas, const ZppsFFTSpec* convolver)
-        : data(areas.take<double>(size_t{2} << convolver->order)),
-          fftBuffer(areas.take<Zpp8u>(static_cast<uint64_t>(convolver->bufSize))) {}
+    ChirpWork(Areas& areas, const ZppsDCTSpec* spec)
+        : length(static_cast<size_t>(chirpLengths(spec->len).length)) {
+        data = areas.take<double>(2 * length);
+        fftBuffer = areas.take<Zpp8u>(static_cast<uint64_t>(convolverOf(spec)->bufSize));
+    }
 };
+
+inline constexpr double kSineOf120 = 0.86602540378443864676;
+
+// A convolution of 3 n numbers is one of three parts that radix-3 steps make and put together again. `thirds`
+// holds for each vector blocks of exp(-2 pi i k / (3 n)) and its square.
+inline void partInThree(double* data, size_t n, const double* thirds) {
+    using V = Vec<double>;
+    const Blocks<kLanes<double>> t{const_cast<double*>(thirds)};
+    const Interleaved<kLanes<double>, false> a{data}, b{data + 2 * n}, c{data + 4 * n};
+    for (size_t i = 0; i < n / kLanes<double>; ++i) {
+        const Complex<V> x = a.load(i), y = b.load(i), z = c.load(i), s = y + z, d = (y - z) * kSineOf120;
+        const Complex<V> m = {mulSubFrom(s.re, broadcast<V>(0.5), x.re),
+                              mulSubFrom(s.im, broadcast<V>(0.5), x.im)};
+        a.store(i, x + s);
+        b.store(i, twiddled(Complex<V>{m.re + d.im, m.im - d.re}, t.load(2 * i)));
+        c.store(i, twiddled(Complex<V>{m.re - d.im, m.im + d.re}, t.load(2 * i + 1)));
+    }
+}
+inline void joinThree(double* data, size_t n, const double* thirds) {
+    using V = Vec<double>;
+    const Blocks<kLanes<double>> t{const_cast<double*>(thirds)};
+    const Interleaved<kLanes<double>, false> a{data}, b{data + 2 * n}, c{data + 4 * n};
+    for (size_t i = 0; i < n / kLanes<double>; ++i) {
+        const Complex<V> x = a.load(i), y = twiddled(b.load(i), conjugate(t.load(2 * i))),
+                         z = twiddled(c.load(i), conjugate(t.load(2 * i + 1))), s = y + z,
+                         d = (y - z) * kSineOf120;
+        const Complex<V> m = {mulSubFrom(s.re, broadcast<V>(0.5), x.re),
+                              mulSubFrom(s.im, broadcast<V>(0.5), x.im)};
+        a.store(i, x + s);
+        b.store(i, Complex<V>{m.re - d.im, m.im + d.re});
+        c.store(i, Complex<V>{m.re + d.im, m.im - d.re});
+    }
+}
+
+// The spectrum of a convolution, in an order of its own.
+template <class Transform>
+inline void transformParts(double* data, size_t length, const ZppsFFTSpec* fft, Zpp8u* buffer,
+                           Transform transform) {
+    for (size_t i = 0; i < length; i += size_t{1} << fft->order) {
+        auto* const part = reinterpret_cast<Zpp64fc*>(data) + i;
+        transform(part, part, fft, buffer);
+    }
+}
+inline void toSpectrum(double* data, size_t length, const ZppsDCTSpec* spec, Zpp8u* buffer) {
+    if (spec->thirds != nullptr) partInThree(data, length / 3, spec->thirds);
+    transformParts(data, length, convolverOf(spec), buffer, zppsFFTFwd_CToC_64fc);
+}
+inline void fromSpectrum(double* data, size_t length, const ZppsDCTSpec* spec, Zpp8u* buffer) {
+    transformParts(data, length, convolverOf(spec), buffer, zppsFFTInv_CToC_64fc);
+    if (spec->thirds != nullptr) joinThree(data, length / 3, spec->thirds);
+}
 
 // Convolves `used` numbers with the conjugate of the chirp.
 inline void convolve(const ChirpWork& work, size_t used, const ZppsDCTSpec* spec) {
-    const size_t length = size_t{1} << spec->convolver->order;
-    auto* data = reinterpret_cast<Zpp64fc*>(work.data);
-    memset(data + used, 0, (length - used) * sizeof *data);
-    zppsFFTFwd_CToC_64fc(data, data, spec->convolver, work.fftBuffer);
-    multiplyComplex(work.data, spec->chirpSpectrum, length);
-    zppsFFTInv_CToC_64fc(data, data, spec->convolver, work.fftBuffer);
+    memset(work.data + 2 * used, 0, 2 * (work.length - used) * sizeof *work.data);
+    toSpectrum(work.data, work.length, spec, work.fftBuffer);
+    multiplyComplex(work.data, spec->chirpSpectrum, work.length);
+    fromSpectrum(work.data, work.length, spec, work.fftBuffer);
 }
 
 // The Fourier transform of n complex numbers, or where the chirp is conjugated the inverse one.
@@ -107,7 +164,7 @@ inline void forwardByChirps(const double* src, double* dst, const ZppsDCTSpec* s
         return cosinesFromPairs(work.data, dst, n, spec->twiddles, spec->c0);
     }
     // At the end of the data, where it is read before it is written over.
-    double* const ordered = work.data + (size_t{2} << spec->convolver->order) - n;
+    double* const ordered = work.data + 2 * work.length - n;
     takeInOrder(src, ordered, n);
     multiplyReal(ordered, spec->chirp, work.data, n);
     convolve(work, n, spec);

@@ -59,30 +59,28 @@ double* chirpTwiddles(Areas& areas, const ZppsDCTSpec& spec, const Root* root) {
 }
 
 // exp(-pi i j^2 / n), the angle of which is 2 j^2, or 4 j^2 for n = len / 2; its conjugate for the inverse of
-// even lengths. Its spectrum is made where there is an FFT for it.
+// even lengths. What it is convolved with is the conjugate of it, whose spectrum takes its place later.
 template <class Root>
 void chirpTables(Areas& areas, ZppsDCTSpec& spec, const Root* root) {
     const ChirpLengths c = chirpLengths(spec.len);
-    const bool even = spec.len % 2 == 0;
-    const size_t count = c.inputs > c.outputs ? c.inputs : c.outputs, length = size_t{1} << c.order;
+    const bool even = spec.len % 2 == 0, forward = spec.id == kForwardDct;
+    const uint64_t count = c.inputs > c.outputs ? c.inputs : c.outputs;
     spec.chirp = areas.take<double>(2 * count);
-    spec.chirpSpectrum = areas.take<double>(2 * length);
+    spec.chirpSpectrum = areas.take<double>(2 * c.length);
     spec.twiddles = (even ? pairTwiddles<Root> : chirpTwiddles<Root>)(areas, spec, root);
+    if (c.parts == 3) spec.thirds = areas.take<double>(4 * c.length / 3);
     if (root == nullptr) return;
-    const double sign = even && spec.id == kInverseDct ? -1 : 1;
-    const long double shorter = 1 / static_cast<long double>(length);
-    memset(spec.chirpSpectrum, 0, 2 * length * sizeof(double));
+    const double sign = even && !forward ? -1 : 1;
+    const long double shorter = 1 / static_cast<long double>(c.length);
+    const auto putConjugate = [&](uint64_t at, Complex<long double> b) {
+        put(spec.chirpSpectrum + 2 * at, rounded(Complex<long double>{b.re, -b.im} * shorter));
+    };
+    memset(spec.chirpSpectrum, 0, static_cast<size_t>(2 * c.length) * sizeof(double));
     for (uint64_t j = 0; j < count; ++j) {
-        const Complex<double> b = rounded((*root)((even ? 4 : 2) * j * j));
-        spec.chirp[2 * j] = b.re;
-        spec.chirp[2 * j + 1] = sign * b.im;
-        const size_t places[] = {j, j == 0 ? 0 : length - j};
-        const size_t used[] = {c.outputs, c.inputs};
-        for (const int i : {0, 1})
-            if (j < used[spec.id == kForwardDct ? i : 1 - i]) {
-                spec.chirpSpectrum[2 * places[i]] = static_cast<double>(b.re * shorter);
-                spec.chirpSpectrum[2 * places[i] + 1] = static_cast<double>(-sign * b.im * shorter);
-            }
+        const Complex<long double> w = (*root)((even ? 4 : 2) * j * j), b = {w.re, sign * w.im};
+        put(spec.chirp + 2 * j, rounded(b));
+        if (j < (forward ? c.outputs : c.inputs)) putConjugate(j, b);
+        if (j > 0 && j < (forward ? c.inputs : c.outputs)) putConjugate(c.length - j, b);
     }
 }
 
@@ -113,10 +111,11 @@ template <class Root>
 auto tablesOf(const Root* root, const Roots* fftRoots) {
     return [=](Areas& areas, ZppsDCTSpec& spec) {
         if (spec.pow2 != 0) {
-            spec.fft = areas.take<FftTables>(1);
+            auto* const fft = areas.take<FftTables>(1);
             const FftTables tables = complexTables(areas, fftRoots, orderOf(spec.len) - 1, true);
-            if (spec.fft != nullptr) *spec.fft = tables;
-            spec.pow2Table = spec.twiddles = pairTwiddles(areas, spec, root);
+            if (fft != nullptr) *fft = tables;
+            spec.fft = fft;
+            spec.pow2Table = pairTwiddles(areas, spec, root);
         } else if (spec.large != 0) {
             chirpTables(areas, spec, root);
         } else if (spec.small == 0) {
@@ -137,6 +136,23 @@ void place(ZppsDCTSpec* spec, Root root, const Roots* fftRoots) {
     placeObject(*spec, kBlockAlignment, spec, tablesOf(&root, fftRoots));
 }
 
+// As partInThree() takes them; false where memory is short.
+bool fillThirds(ZppsDCTSpec* spec) {
+    const uint64_t length = chirpLengths(spec->len).length;
+    const RootsOfAny roots(length);
+    if (!roots.allocated()) return false;
+    constexpr int width = kLanes<double>;
+    double* p = spec->thirds;
+    for (uint64_t i = 0; i < length / 3; i += width)
+        for (uint64_t power = 1; power <= 2; ++power, p += 2 * width)
+            for (int l = 0; l < width; ++l) {
+                const auto k = i + static_cast<uint64_t>(elementOfLane(width, l, true));
+                const Complex<double> w = rounded(roots.exact(power * k));
+                p[l] = w.re, p[width + l] = w.im;
+            }
+    return true;
+}
+
 // False where memory is short.
 bool fillTables(ZppsDCTSpec* spec) {
     if (spec->small != 0) return true;
@@ -153,23 +169,28 @@ bool fillTables(ZppsDCTSpec* spec) {
     if (!roots.allocated()) return false;
     place(
         spec, [&](uint64_t k) { return roots.exact(k); }, nullptr);
-    return true;
+    return spec->thirds == nullptr || fillThirds(spec);
 }
 
-// The spectrum of the chirp in its place; false where memory is short.
-bool transformChirp(ZppsDCTSpec* spec) {
-    auto* const chirp = reinterpret_cast<Zpp64fc*>(spec->chirpSpectrum);
-    const int order = chirpLengths(spec->len).order;
-    return zppsFFTInitAlloc_C_64fc(&spec->convolver, order, 8, 0) == zppStatusOk &&
-           zppsFFTFwd_CToC_64fc(chirp, chirp, spec->convolver, nullptr) == zppStatusOk;
+// The FFT of the large method, and with it the spectrum of the chirp in its place; false where memory is
+// short.
+bool makeConvolver(ZppsDCTSpec* spec) {
+    const ChirpLengths c = chirpLengths(spec->len);
+    ZppsFFTSpec* fft = nullptr;
+    if (zppsFFTInitAlloc_C_64fc(&fft, c.order, 8, 0) != zppStatusOk) return false;
+    spec->fft = fft;
+    const WorkBuffer work(nullptr, fft->bufSize);
+    if (fft->bufSize > 0 && work.block() == nullptr) return false;
+    toSpectrum(spec->chirpSpectrum, static_cast<size_t>(c.length), spec, static_cast<Zpp8u*>(work.block()));
+    return true;
 }
 
 // The bytes of work buffer.
 uint64_t workBytes(const ZppsDCTSpec& spec) {
     if (spec.small != 0) return 0;
     if (spec.large == 0) return 8 * static_cast<uint64_t>(spec.len) + kDctAlignment;
-    const int order = chirpLengths(spec.len).order;
-    return (uint64_t{16} << order) + static_cast<uint64_t>(workSize(order)) + kBlockAlignment;
+    const ChirpLengths c = chirpLengths(spec.len);
+    return 16 * c.length + static_cast<uint64_t>(workSize(c.order)) + kBlockAlignment;
 }
 
 // The numbers of a specification; bufSize is set where it is an int.
@@ -191,7 +212,7 @@ ZppsDCTSpec headerOf(int len, int hint, DctKind kind) {
 }
 
 void release(ZppsDCTSpec* spec) {
-    if (spec->convolver != nullptr) zppsFFTFree_C_64fc(spec->convolver);
+    if (spec->large != 0 && spec->fft != nullptr) zppsFFTFree_C_64fc(static_cast<ZppsFFTSpec*>(spec->fft));
     releaseObject(spec);
 }
 
@@ -203,7 +224,7 @@ ZppStatus initSpec(ZppsDCTSpec** ppDCTSpec, int len, int hint, DctKind kind) {
     header.bufSize = static_cast<int32_t>(bytes);
     ZppsDCTSpec* const spec = allocateObject(header, noTables());
     if (spec == nullptr) return zppStatusAllocationFailed;
-    if (!fillTables(spec) || (spec->large != 0 && !transformChirp(spec))) {
+    if (!fillTables(spec) || (spec->large != 0 && !makeConvolver(spec))) {
         release(spec);
         return zppStatusAllocationFailed;
     }

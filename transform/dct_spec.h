@@ -15,14 +15,14 @@ struct ZppsDCTSpec {
     int32_t pow2Large;  // one whose FFT takes memory of its own
     int32_t large;      // above kMaxDirect and no power of two: a convolution
     int32_t reserved[2];
-    double* cosTable;        // direct method: cos(2 pi i / (4 len)), i < 4 len
-    double* pow2Table;       // of the power-of-two method: the twiddles, as `twiddles` below
-    zpp::FftTables* fft;     // of the power-of-two method
-    double* twiddles;        // between spectrum and cosine transform
-    double* matrices;        // direct method: of the even and of the odd results
-    double* chirp;           // convolution: exp(-pi i j^2 / n), n the length of the transform that it makes
-    double* chirpSpectrum;   // of its conjugate, over the length of the convolution
-    ZppsFFTSpec* convolver;  // has a block of its own
+    double* cosTable;       // direct method: cos(2 pi i / (4 len)), i < 4 len
+    double* pow2Table;      // power-of-two method: between spectrum and cosine transform
+    double* matrices;       // direct method: of the even and of the odd results
+    double* twiddles;       // large method: between spectrum and cosine transform
+    double* thirds;         // of the first step of a convolution of three powers of two
+    double* chirp;          // convolution: exp(-pi i j^2 / n), n the length of the transform that it makes
+    double* chirpSpectrum;  // of its conjugate, over the length of the convolution
+    void* fft;  // FftTables of the power-of-two method; the FFT of the large one, in a block of its own
 };
 static_assert(sizeof(ZppsDCTSpec) == (sizeof(void*) == 4 ? 88 : 120));
 
@@ -40,10 +40,11 @@ inline int orderOf(int len) { return 31 - __builtin_clz(static_cast<unsigned>(le
 
 // The lengths of the large method.
 struct ChirpLengths {
-    uint64_t
-        inputs;  // elements of the product with the chirp: complex ones of half the length where it is even
-    uint64_t outputs;  // elements of the other side
-    int order;         // of the convolution
+    uint64_t inputs;   // of the convolution: complex numbers of half the length where that is even
+    uint64_t outputs;  // as many as are needed of the other side
+    int order;         // of the FFT that it is computed with ...
+    uint64_t parts;    // ... in so many parts, 1 or 3
+    uint64_t length;   // all in all
 };
 inline ChirpLengths chirpLengths(int len) {
     ChirpLengths c;
@@ -51,7 +52,10 @@ inline ChirpLengths chirpLengths(int len) {
     c.inputs = n % 2 == 0 ? n / 2 : n;
     c.outputs = n % 2 == 0 ? n / 2 : n / 2 + 1;
     c.order = 0;
-    while (uint64_t{1} << c.order < c.inputs + c.outputs - 1) ++c.order;
+    while (uint64_t{4} << c.order < c.inputs + c.outputs - 1) ++c.order;
+    c.parts = uint64_t{3} << c.order < c.inputs + c.outputs - 1 ? 1 : 3;
+    if (c.parts == 1) c.order += 2;
+    c.length = c.parts << c.order;
     return c;
 }
 

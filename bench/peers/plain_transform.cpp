@@ -30,6 +30,36 @@ constexpr Zpp32s halfDifference(Zpp32s a, Zpp32s b) {
     return farApart(a, b) ? half : (half + (b & ~a & 1)) & ~((a ^ b) & 1);
 }
 
+// The recurrence, sample by sample; of two frequencies side by side.
+template <int kTones>
+void goertzel(const Zpp64fc* src, int len, Zpp64fc* values, const double* frequencies) {
+    double c[kTones], s[kTones], re1[kTones] = {}, im1[kTones] = {}, re2[kTones] = {}, im2[kTones] = {};
+    for (int j = 0; j < kTones; ++j) {
+        c[j] = __builtin_cos(6.283185307179586 * frequencies[j]);
+        s[j] = __builtin_sin(6.283185307179586 * frequencies[j]);
+    }
+    for (int i = 0; i < len; ++i)
+        for (int j = 0; j < kTones; ++j) {
+            const double re = 2 * c[j] * re1[j] - re2[j] + src[i].re,
+                         im = 2 * c[j] * im1[j] - im2[j] + src[i].im;
+            re2[j] = re1[j], im2[j] = im1[j], re1[j] = re, im1[j] = im;
+        }
+    for (int j = 0; j < kTones; ++j)
+        values[j] = {c[j] * re1[j] - s[j] * im1[j] - re2[j], c[j] * im1[j] + s[j] * re1[j] - im2[j]};
+}
+template <int kTones>
+void timedGoertzel(benchmark::State& state, int len) {
+    Zpp64fc values[kTones];
+    const double frequencies[] = {0.1234, 0.321};
+    for (auto iteration : state) {
+        (void)iteration;
+        goertzel<kTones>(complexVector(source(0)), len, values, frequencies);
+        benchmark::DoNotOptimize(values);
+    }
+}
+[[maybe_unused]] const Peers tones(kWho,
+                                   {{"Goertz_64fc", timedGoertzel<1>}, {"GoertzTwo_64fc", timedGoertzel<2>}});
+
 [[maybe_unused]] const Peers haar(
     kWho,
     {

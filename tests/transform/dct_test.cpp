@@ -187,7 +187,7 @@ TEST_P(Dct, ChecksInOrder) {
         SCOPED_TRACE(d->name);
         EXPECT_EQ(d->init(nullptr, 0, 0), zppStatusNullPointer);
         // Of the longest ones the work buffer has a size that is no int.
-        for (const int len : {0, -1, INT_MIN, 1 << 28, 1 << 30, INT_MAX, (1 << 25) + 2, (1 << 26) / 3 + 2})
+        for (const int len : {0, -1, INT_MIN, 1 << 28, 1 << 30, INT_MAX, (3 << 24) + 2, (1 << 25) + 1})
             expectRefused<ZppsDCTSpec>(zppStatusSizeError,
                                        [&](ZppsDCTSpec** pp) { return d->init(pp, len, 0); });
         const Spec spec(*d, 100), wrong(*kDirections[d->inverse ? 0 : 1], 100);
@@ -236,7 +236,7 @@ TEST_P(Dct, AllocatesAllOrNothing) {
                                  {128, 1040, 2, 0},
                                  {3, 40, 2, 0},
                                  {100, 816, 2, 0},
-                                 {101, -1, 4, 0},
+                                 {101, -1, 5, 0},
                                  {1002, -1, 5, 0},
                                  {65536, 524304, 2, 0},
                                  {131072, 1048592, 2, 1}}) {
