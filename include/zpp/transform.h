@@ -129,7 +129,7 @@ ZPP_EXPORT(ZppStatus, zppsDCTFwdInitAlloc_64f, (ZppsDCTSpec** ppDCTSpec, int len
 ZPP_EXPORT(ZppStatus, zppsDCTFwdFree_64f, (ZppsDCTSpec* pDCTSpec))
 
 /* *pSize = bytes of work buffer that a transform needs, whatever its address: 0 (none) for N = 1, 2, 4 and 8,
- * 8 N + 16 for other powers of two and for N up to 100.
+ * 8 N + 16 for other powers of two and for N up to 100, up to about 100 N for the rest.
  * Returned: -8 a null pointer; -17 not a specification of this direction. */
 ZPP_EXPORT(ZppStatus, zppsDCTFwdGetBufSize_64f, (const ZppsDCTSpec* pDCTSpec, int* pSize))
 
@@ -137,6 +137,10 @@ ZPP_EXPORT(ZppStatus, zppsDCTFwdGetBufSize_64f, (const ZppsDCTSpec* pDCTSpec, in
  * is needed, it is allocated for the call. Powers of two from 2^17 on allocate a little more for the call in any case.
  * pSrc and pDst may be the same array, with the same result. The results differ a little between the columns, and not
  * with the state of the x87 unit.
+ *
+ * Where nothing overflows or becomes subnormal, the error of each result is below (2 + log2 N) 2^-52 of the largest
+ * exact result. For random signals the root mean square of the errors is about 0.6 sqrt(log2 N) 2^-53 of that of the
+ * results for powers of two, and up to 1.3 sqrt(log2 N) 2^-53 for other lengths.
  *
  * Returned, in this order of checks: -8 pDCTSpec null; -17 a specification of another direction or kind; -8 a null
  * data pointer; -9 no memory to work in. */
