@@ -120,8 +120,8 @@ ZPP_EXPORT(ZppStatus, zppsConjCcs_64fc_I, (Zpp64fc* pSrcDst, int len))
 /* Make a specification for transforms of len elements, to be released by the Free function of its direction. hint is
  * kept and has no effect.
  * Returned, in this order of checks: -8 ppDCTSpec null; -6 len < 1, or so large that the bytes of the work buffer are
- * not an int (powers of two from 2^28 on, other even lengths above 3 2^24, odd ones above 2^25); -9 memory short for it or
- * for what its tables are made from. After an error *ppDCTSpec is as it was, and nothing stays allocated. */
+ * not an int (powers of two from 2^28 on, other even lengths above 3 2^24, odd ones above 2^25); -9 memory short for it
+ * or for what its tables are made from. After an error *ppDCTSpec is as it was, and nothing stays allocated. */
 ZPP_EXPORT(ZppStatus, zppsDCTFwdInitAlloc_64f, (ZppsDCTSpec** ppDCTSpec, int len, int hint))
 
 /* Release a specification.
