@@ -121,6 +121,25 @@ ZppStatus clearsState(const Zpp64f* pSrc, Zpp64f* pDst, int numIters, ZppsFIRSta
     if (numIters < 0) zppsFIRSetDlyLine_64f(pState, nullptr);
     return reinterpret_cast<decltype(&zppsFIR_64f)>(Checker::displaced)(pSrc, pDst, numIters, pState);
 }
+
+// In the place of zppsFIRGetTaps_64f: wrong with what is no state.
+ZppStatus getTaps(const ZppsFIRState* pState, Zpp64f* pTaps) {
+    return reinterpret_cast<decltype(&zppsFIRGetTaps_64f)>(Checker::displaced)(pState, pTaps);
+}
+ZppStatus takesZeros(const ZppsFIRState* pState, Zpp64f* pTaps) {
+    const ZppStatus status = getTaps(pState, pTaps);
+    return status != zppStatusContextMismatch || *reinterpret_cast<const int*>(pState) != 0 ? status
+                                                                                            : zppStatusOk;
+}
+ZppStatus readsOn(const ZppsFIRState* pState, Zpp64f* pTaps) {
+    if (pState != nullptr) sink = reinterpret_cast<const volatile int*>(pState)[1];
+    return getTaps(pState, pTaps);
+}
+ZppStatus writesStranger(const ZppsFIRState* pState, Zpp64f* pTaps) {
+    const ZppStatus status = getTaps(pState, pTaps);
+    if (status == zppStatusContextMismatch) ++*reinterpret_cast<int*>(const_cast<ZppsFIRState*>(pState));
+    return status;
+}
 ZppStatus freesNothing(ZppsFFTSpec* pSpec) {
     int bytes;
     const ZppStatus status = zppsFFTGetBufSize_C_64fc(pSpec, &bytes);
@@ -214,6 +233,11 @@ const struct {
      entry(clearsAfter<zppStatusAllocationFailed>), "fails but writes into ppSpec"},
     {"zppsFIR_64f", "clears the state after an error", nullptr, nullptr, entry(clearsState),
      "fails but changes the state"},
+    {"zppsFIRGetTaps_64f", "takes zeros for a state", nullptr, nullptr, entry(takesZeros),
+     "returns 0, expected -17"},
+    {"zppsFIRGetTaps_64f", "reads behind an identifier", nullptr, nullptr, entry(readsOn), "is stopped by"},
+    {"zppsFIRGetTaps_64f", "writes into what is no state", nullptr, nullptr, entry(writesStranger),
+     "writes into an object of another kind"},
     {"zppsFFTFree_C_64fc", "releases nothing", nullptr, nullptr, entry(freesNothing), "leaves blocks"},
 };
 

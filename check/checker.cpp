@@ -144,17 +144,19 @@ bool Checker::checkErrors(const Function& f, const test::Binding& binding) {
     const Inputs in = makeInputs(f, 8, 0, ordinaryFor(f));
     for (std::size_t i = 0; i < f.arguments.size(); ++i) {
         const Argument& a = f.arguments[i];
-        const auto fails = [&](double illegal, int status, const char* value) {
+        const auto fails = [&](std::optional<double> illegal, int status) {
             const Layout layout = {0, -1, 0, static_cast<int>(i), illegal};
-            return isRight(f, binding, call(f, in, layout), status, a.name + " = " + value);
+            return isRight(f, binding, call(f, in, layout), status,
+                           a.name + " = " + (illegal ? std::to_string(*illegal) : "null"));
         };
-        if (a.pointers != 0 && !mayBeNull(f, a) && !fails(0, zppStatusNullPointer, "null")) return false;
-        if (a.role == Role::kObject && !fails(0x5EED, zppStatusContextMismatch, "an object of another kind"))
-            return false;
+        if (a.pointers != 0 && !mayBeNull(f, a) && !fails({}, zppStatusNullPointer)) return false;
+        if (a.role == Role::kObject)
+            for (const std::int32_t identifier : refusedIdentifiers(f))
+                if (!fails(identifier, zppStatusContextMismatch)) return false;
         if (a.role != Role::kNumber) continue;
         const Number& number = *numberOf(f, a);
         for (const double value : number.refused)
-            if (!fails(value, number.status, std::to_string(value).c_str())) return false;
+            if (!fails(value, number.status)) return false;
     }
     return true;
 }

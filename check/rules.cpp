@@ -1,6 +1,10 @@
 #include "check/rules.h"
 
+#include <algorithm>
 #include <climits>
+#include <cstring>
+#include <iterator>
+#include <set>
 
 #include "zpp.h"
 
@@ -55,6 +59,28 @@ std::string missingRule(const Function& f, const Argument& a) {
     if (a.role == Role::kNumber && numberOf(f, a) == nullptr) return "what " + a.name + " may be";
     if (a.isVector() && extentOf(f, a) == nullptr) return "the extent of " + a.name;
     return "";
+}
+
+// What the objects begin with that the function is called with.
+std::set<std::int32_t> takenIdentifiers(const Function& f) {
+    std::set<std::int32_t> identifiers;
+    for (int variant = 0; variant < 4; ++variant) {
+        const ObjectKind& kind = *objectOf(f);
+        void* object = kind.make(f, {8, variant, Data::kUniform});
+        if (object == nullptr) continue;
+        std::int32_t identifier;
+        std::memcpy(&identifier, object, sizeof identifier);
+        identifiers.insert(identifier);
+        kind.release(object);
+    }
+    return identifiers;
+}
+
+std::set<std::int32_t> allIdentifiers() {
+    std::set<std::int32_t> identifiers = {0};
+    for (const Function& f : allFunctions())
+        if (f.rules != nullptr && objectOf(f) != nullptr) identifiers.merge(takenIdentifiers(f));
+    return identifiers;
 }
 
 }  // namespace
@@ -116,6 +142,19 @@ Promise promiseOf(const Function& f) { return find(f.rules->promises, f)->promis
 bool releasesObject(const Function& f) {
     const ObjectKind* kind = objectOf(f);
     return kind != nullptr && kind->releaser == f.stub;
+}
+
+std::vector<std::int32_t> refusedIdentifiers(const Function& f) {
+    static const std::set<std::int32_t> kAll = allIdentifiers();
+    const std::set<std::int32_t> taken = takenIdentifiers(f);
+    std::set<std::int32_t> others = kAll;
+    for (const std::int32_t identifier : taken)
+        for (int bit = 0; bit < 32; ++bit)
+            others.insert(static_cast<std::int32_t>(static_cast<std::uint32_t>(identifier) ^ 1U << bit));
+    std::vector<std::int32_t> refused;
+    std::set_difference(others.begin(), others.end(), taken.begin(), taken.end(),
+                        std::back_inserter(refused));
+    return refused;
 }
 
 bool mayBeNull(const Function& f, const Argument& a) { return find(f.rules->optional, f, a) != nullptr; }

@@ -3,6 +3,7 @@
 // first row that fits holds.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <span>
 #include <string>
@@ -108,6 +109,10 @@ const OwnCheck* ownCheckOf(const Function& f);
 Promise promiseOf(const Function& f);
 bool mayBeNull(const Function& f, const Argument& a);
 bool releasesObject(const Function& f);
+
+// What the objects begin with that the function refuses: all other kinds of objects, zeroed memory, and what
+// one bit parts from an object that it takes.
+std::vector<std::int32_t> refusedIdentifiers(const Function& f);
 
 // For tables.
 Extent stated(const char* functions, const char* arguments, int perLength, int more = 0);

@@ -14,7 +14,6 @@
 namespace zpp::check {
 namespace {
 
-constexpr std::size_t kObjectAlignment = 16;
 constexpr unsigned char kUnwritten = 0xA5;  // in what a call is to write
 
 // A number as it lies in memory.
@@ -194,17 +193,23 @@ class Trial {
         const Argument& a = f_.arguments[i];
         if (a.pointers == 0) {
             call_.pass(*a.type,
-                       isReplaced(i) ? bytesOf(*a.type, layout_.illegal).data() : in_.values[i].data());
+                       isReplaced(i) ? bytesOf(*a.type, *layout_.illegal).data() : in_.values[i].data());
         } else if (isReplaced(i)) {
-            Bytes identifier(kObjectAlignment);  // little behind it can be read
-            const auto number = static_cast<int>(layout_.illegal);
-            std::memcpy(identifier.data(), &number, sizeof number);
-            call_.pass(number == 0 ? nullptr : arena(kMaxArguments).place(identifier, Place::kEnd, 1));
+            call_.pass(layout_.illegal ? stranger().place(identifier(), Place::kEnd, 1) : nullptr);
         } else if (a.role == Role::kObject) {
             call_.pass(object_.get());
         } else {
             call_.pass(isLeftOut(i) ? nullptr : arena(at_[i]).data());
         }
+    }
+
+    // The first bytes of an object of another kind: what is behind them cannot be read.
+    static Arena& stranger() { return arena(kMaxArguments); }
+    Bytes identifier() const {
+        const auto number = static_cast<std::int32_t>(*layout_.illegal);
+        Bytes bytes(sizeof number);
+        std::memcpy(bytes.data(), &number, sizeof number);
+        return bytes;
     }
 
     // Which vector a forbidden access belongs to.
@@ -223,6 +228,8 @@ class Trial {
     void inspect(std::size_t i) {
         const Argument& a = f_.arguments[i];
         outcome_.written.emplace_back();
+        if (a.role == Role::kObject && isReplaced(i) && layout_.illegal && !stranger().holds(identifier()))
+            outcome_.complaint = "writes into an object of another kind";
         if (!a.isVector() && a.pointers != 2) return;
         const char* fault = nullptr;
         const bool sharedSource = a.constant && layout_.shared >= 0;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,14 +21,12 @@ struct Inputs {
 Inputs makeInputs(const Function& f, int length, int variant, Data data);
 
 struct Layout {
-    unsigned places;  // one of kPlaces ways to distribute the vectors over the places of arena.h
-    int shared;       // first source that shares its array with the first destination, and so on; -1: none
-    unsigned phase;   // of the stack
-    // An argument that is made illegal: a number by `illegal`; a vector by null; an object by null or, where
-    // `illegal` is not 0, by one of another kind.
-    int replaced = -1;
-    double illegal = 0;
-    int failing = -1;  // which of the allocations in the call fails; -1: none
+    unsigned places;    // one of kPlaces ways to distribute the vectors over the places of arena.h
+    int shared;         // first source that shares its array with the first destination, and so on; -1: none
+    unsigned phase;     // of the stack
+    int replaced = -1;  // the argument that is made illegal
+    std::optional<double> illegal = {};  // number, or identifier of an object, that it is given; none: null
+    int failing = -1;                    // which of the allocations in the call fails; -1: none
 };
 inline constexpr unsigned kPlaces = 5;
 
