@@ -28,17 +28,16 @@ double below(int limit, test::Random& random) {
     return static_cast<double>(random.below(static_cast<std::uint64_t>(limit)));
 }
 
-// The factors of a multi-rate filter, and the elements of its delay line.
-int upFactor(const Case& c) { return factor(c); }
-int downFactor(const Case& c) {
+// Where a state of either kind is taken, it is a multi-rate one in every other pair of calls.
+bool isMultiRate(const Function& f, const Case& c) {
+    return f.has("upFactor") || (f.has("pState") && !f.has("src") && c.variant >= 2);
+}
+int upFactor(const Function& f, const Case& c) { return isMultiRate(f, c) ? factor(c) : 1; }
+int downFactor(const Function& f, const Case& c) {
     constexpr int kFactors[] = {3, 1, 6, 2, 7, 9, 1, 40};
-    return kFactors[static_cast<unsigned>(c.length + 3 * c.variant) % 8];
+    return isMultiRate(f, c) ? kFactors[static_cast<unsigned>(c.length + 3 * c.variant) % 8] : 1;
 }
-std::size_t multiRateLine(const Function& f, const Case& c) {
-    const int tapsLen = taps(f, c), up = upFactor(c);
-    const bool isSingleRate = up == 1 && downFactor(c) == 1 && !f.has("numIters");
-    return static_cast<std::size_t>(isSingleRate ? tapsLen : (tapsLen - 1) / up + 1);
-}
+int delays(const Function& f, const Case& c) { return (taps(f, c) - 1) / upFactor(f, c) + 1; }
 
 // Of two vectors, one is shorter than the length of the case, or much longer.
 int otherLength(const Case& c) {
@@ -84,22 +83,24 @@ constexpr Number kNumbers[] = {
      [](const Function& f, const Case& c, test::Random& random) { return below(taps(f, c), random); }},
     {"zppsFIR*", "src", nullptr},
     {"zppsFIRMR*", "upFactor",
-     [](const Function&, const Case& c, test::Random&) -> double { return upFactor(c); }, kBelowOne,
+     [](const Function& f, const Case& c, test::Random&) -> double { return upFactor(f, c); }, kBelowOne,
      zppStatusFirMrFactor},
     {"zppsFIRMR*", "downFactor",
-     [](const Function&, const Case& c, test::Random&) -> double { return downFactor(c); }, kBelowOne,
+     [](const Function& f, const Case& c, test::Random&) -> double { return downFactor(f, c); }, kBelowOne,
      zppStatusFirMrFactor},
     {"zppsFIRMR*", "upPhase",
-     [](const Function&, const Case& c, test::Random& random) { return below(upFactor(c), random); },
+     [](const Function& f, const Case& c, test::Random& random) { return below(upFactor(f, c), random); },
      kNoPhase, zppStatusFirMrPhase},
     {"zppsFIRMR*", "downPhase",
-     [](const Function&, const Case& c, test::Random& random) { return below(downFactor(c), random); },
+     [](const Function& f, const Case& c, test::Random& random) { return below(downFactor(f, c), random); },
      kNoPhase, zppStatusFirMrPhase},
 };
 
-Extent perTap(const char* functions, const char* arguments, std::size_t copies = 1) {
+// As many elements as the numbers of the filter say.
+Extent perFilter(const char* functions, const char* arguments, int (*number)(const Function&, const Case&),
+                 std::size_t copies = 1) {
     return {functions, arguments,
-            [](const Function& f, const Case& c) { return static_cast<std::size_t>(taps(f, c)); }, copies};
+            [=](const Function& f, const Case& c) { return static_cast<std::size_t>(number(f, c)); }, copies};
 }
 
 Extent stateBytes(const char* functions, ZppStatus (*getStateSize)(int tapsLen, int* pSize)) {
@@ -114,15 +115,12 @@ Extent stateBytes(const char* functions,
                   ZppStatus (*getStateSize)(int tapsLen, int up, int down, int* pSize)) {
     return {functions, "pBuffer", [=](const Function& f, const Case& c) {
                 int bytes = 0;
-                getStateSize(taps(f, c), upFactor(c), downFactor(c), &bytes);
+                getStateSize(taps(f, c), upFactor(f, c), downFactor(f, c), &bytes);
                 return static_cast<std::size_t>(bytes);
             }};
 }
-// Elements of so many blocks.
-Extent perBlock(const char* functions, const char* arguments, int (*elements)(const Case&)) {
-    return {functions, arguments,
-            [=](const Function&, const Case& c) { return static_cast<std::size_t>(c.length * elements(c)); }};
-}
+int inputs(const Function& f, const Case& c) { return c.length * downFactor(f, c); }
+int outputs(const Function& f, const Case& c) { return c.length * upFactor(f, c); }
 
 std::size_t spread(const Function&, const Case& c) {
     return static_cast<std::size_t>(c.length) * static_cast<std::size_t>(factor(c));
@@ -152,14 +150,14 @@ const Extent kExtents[] = {
     stateBytes("zppsFIRMRInit_64fc", zppsFIRMRGetStateSize_64fc),
     stateBytes("zppsFIRMRInit64f_32f", zppsFIRMRGetStateSize64f_32f),
     stateBytes("zppsFIRMRInit64fc_32fc", zppsFIRMRGetStateSize64fc_32fc),
-    {"zppsFIRMR*", "pDlyLine", multiRateLine},
-    perBlock("zppsFIRMR*", "pSrc", downFactor),
-    perBlock("zppsFIRMR*", "pDst", upFactor),
-    perBlock("zppsFIRMR*", "pSrcDst", [](const Case& c) { return std::max(upFactor(c), downFactor(c)); }),
-    perTap("zppsFIR_Direct_* zppsFIROne_Direct_*", "pDlyLine", 2),
-    perTap("zppsFIR*", "pDlyLine pTaps"),
+    perFilter("zppsFIR_Direct_* zppsFIROne_Direct_*", "pDlyLine", taps, 2),
+    perFilter("zppsFIR*", "pDlyLine", delays),
+    perFilter("zppsFIR*", "pTaps", taps),
     stated("zppsFIROne*", "pSrcDst pDstVal", 0, 1),
-    stated("zppsFIR*", "pSrc pDst pSrcDst", 1),
+    perFilter("zppsFIR*", "pSrc", inputs),
+    perFilter("zppsFIR*", "pDst", outputs),
+    perFilter("zppsFIR*", "pSrcDst",
+              [](const Function& f, const Case& c) { return std::max(inputs(f, c), outputs(f, c)); }),
 };
 
 constexpr Optional kOptional[] = {{"zppsFIRInit* zppsFIRMRInit* zppsFIRSetDlyLine*", "pDlyLine"}};
@@ -177,28 +175,28 @@ std::vector<T> uniform(int count) {
     return values;
 }
 
-// The state of one pair of types.
+// The states of one pair of types.
 template <class Taps, class Sample>
 ObjectKind state(const char* functions,
-                 ZppStatus (*initAlloc)(ZppsFIRState**, const Taps*, int, const Sample*),
+                 ZppStatus (*initAlloc)(ZppsFIRState**, const Taps*, int, int, int, int, int, const Sample*),
                  ZppStatus (*free)(ZppsFIRState*), ZppStatus (*getTaps)(const ZppsFIRState*, Taps*),
                  ZppStatus (*getDlyLine)(const ZppsFIRState*, Sample*)) {
     const auto make = [=](const Function& f, const Case& c) {
         ZppsFIRState* made = nullptr;
-        const int count = taps(f, c);
-        initAlloc(&made, uniform<Taps>(count).data(), count, uniform<Sample>(count).data());
+        const int up = upFactor(f, c), down = downFactor(f, c);
+        initAlloc(&made, uniform<Taps>(taps(f, c)).data(), taps(f, c), up, c.length % up, down, 5 % down,
+                  uniform<Sample>(delays(f, c)).data());
         return made;
     };
     const auto read = [=](const void* object, const Function& f, const Case& c) {
-        const auto count = static_cast<std::size_t>(taps(f, c));
-        const bool isMultiRate = f.has("upFactor");
-        std::vector<Taps> tapsRead(count);
-        std::vector<Sample> delayLine(isMultiRate ? multiRateLine(f, c) : count);
+        std::vector<Taps> tapsRead(static_cast<std::size_t>(taps(f, c)));
+        std::vector<Sample> delayLine(static_cast<std::size_t>(delays(f, c)));
         getTaps(static_cast<const ZppsFIRState*>(object), tapsRead.data());
         getDlyLine(static_cast<const ZppsFIRState*>(object), delayLine.data());
-        Bytes bytes(count * sizeof(Taps) + delayLine.size() * sizeof(Sample));
-        std::memcpy(bytes.data(), tapsRead.data(), count * sizeof(Taps));
-        std::memcpy(bytes.data() + count * sizeof(Taps), delayLine.data(), delayLine.size() * sizeof(Sample));
+        const std::size_t size = tapsRead.size() * sizeof(Taps);
+        Bytes bytes(size + delayLine.size() * sizeof(Sample));
+        std::memcpy(bytes.data(), tapsRead.data(), size);
+        std::memcpy(bytes.data() + size, delayLine.data(), bytes.size() - size);
         return bytes;
     };
     return {functions, make, [=](void* object) { free(static_cast<ZppsFIRState*>(object)); },
@@ -206,13 +204,13 @@ ObjectKind state(const char* functions,
 }
 
 const ObjectKind kObjects[] = {
-    state("zppsFIR*_64f zppsFIR_64f_I", zppsFIRInitAlloc_64f, zppsFIRFree_64f, zppsFIRGetTaps_64f,
+    state("zppsFIR*_64f zppsFIR_64f_I", zppsFIRMRInitAlloc_64f, zppsFIRFree_64f, zppsFIRGetTaps_64f,
           zppsFIRGetDlyLine_64f),
-    state("zppsFIR*_64fc zppsFIR_64fc_I", zppsFIRInitAlloc_64fc, zppsFIRFree_64fc, zppsFIRGetTaps_64fc,
+    state("zppsFIR*_64fc zppsFIR_64fc_I", zppsFIRMRInitAlloc_64fc, zppsFIRFree_64fc, zppsFIRGetTaps_64fc,
           zppsFIRGetDlyLine_64fc),
-    state("zppsFIR*64f_32f zppsFIR64f_32f_I", zppsFIRInitAlloc64f_32f, zppsFIRFree64f_32f,
+    state("zppsFIR*64f_32f zppsFIR64f_32f_I", zppsFIRMRInitAlloc64f_32f, zppsFIRFree64f_32f,
           zppsFIRGetTaps64f_32f, zppsFIRGetDlyLine64f_32f),
-    state("zppsFIR*64fc_32fc zppsFIR64fc_32fc_I", zppsFIRInitAlloc64fc_32fc, zppsFIRFree64fc_32fc,
+    state("zppsFIR*64fc_32fc zppsFIR64fc_32fc_I", zppsFIRMRInitAlloc64fc_32fc, zppsFIRFree64fc_32fc,
           zppsFIRGetTaps64fc_32fc, zppsFIRGetDlyLine64fc_32fc),
 };
 
