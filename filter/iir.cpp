@@ -1,6 +1,5 @@
 // IIR filtering of blocks and single samples.
 #include "filter/iir_biquad.h"
-#include "filter/iir_kernel.h"
 #include "filter/iir_state.h"
 
 namespace zpp::ZPP_ISA {
@@ -31,7 +30,7 @@ void filterArbitrary(const T* taps, size_t order, T* line, const T* src, T* dst,
         case 1:
             return filterSmall<1>(taps, line, src, dst, len);
         case 2:
-            return filterSmall<2>(taps, line, src, dst, len);
+            return filterCascade(taps, size_t{1}, line, src, dst, len);  // the same as one section
         case 3:
             return filterSmall<3>(taps, line, src, dst, len);
         case 4:

@@ -49,7 +49,7 @@ ZPP_INLINE auto loadValue(const T* p) {
     return load<Value<T, N>>(p);
 }
 
-// N factors, or the same one for N values.
+// N factors.
 template <int N = 1>
 ZPP_INLINE auto loadFactor(const double* p) {
     return load<Vec<double, N>>(p);
@@ -63,17 +63,18 @@ ZPP_INLINE auto loadFactor(const Zpp64fc* p) {
         return Factor<Zpp64fc, N>{evenTwice(v),
                                   exclusiveOr(oddTwice(v), pairsOf<Value<Zpp64fc, N>>(-0.0, 0.0))};
 }
-template <int N>
-ZPP_INLINE auto sameFactor(double x) {
-    return broadcast<Vec<double, N>>(x);
-}
-template <int N>
-ZPP_INLINE auto sameFactor(Zpp64fc x) {
-    using V = Value<Zpp64fc, N>;
-    if constexpr (kVectorBytes == 0)
-        return V{x.re, x.im};
-    else
-        return Factor<Zpp64fc, N>{broadcast<V>(x.re), pairsOf<V>(-x.im, x.im)};
+// A value as the same factor for N values.
+template <class T, int N>
+ZPP_INLINE Factor<T, N> factorOf(Value<T> x) {
+    if constexpr (std::is_same_v<T, Zpp64f>) {
+        return broadcast<Vec<double, N>>(x);
+    } else if constexpr (kVectorBytes == 0) {
+        return x;
+    } else {
+        using V = Value<T, N>;
+        const V re = evenTwice(repeated<V>(x)), im = oddTwice(repeated<V>(x));
+        return {re, exclusiveOr(im, pairsOf<V>(-0.0, 0.0))};
+    }
 }
 
 template <class V>
@@ -157,24 +158,111 @@ template <class T>
 ZPP_INLINE void filterSample(const T* taps, size_t order, T* line, const T* src, T* dst) {
     constexpr int n = kStep<T>;
     const T *b = taps + 1, *a = b + order;
-    const T x = *src;
-    T y;
-    store(&y, stored(addProduct(loadFactor(taps), loadValue(src), loadValue(line))));
+    const auto x = loadValue(src), y = stored(addProduct(loadFactor(taps), x, loadValue(line)));
     size_t i = 0;
     const auto advance = [&]<int N>(Lanes<N>) ZPP_INLINE_LAMBDA {
-        const auto in = addProduct(sameFactor<N>(x), loadValue<N>(b + i), loadValue<N>(line + i + 1));
-        store(line + i, addProduct(negative(sameFactor<N>(y)), loadValue<N>(a + i), in));
+        const auto in = addProduct(factorOf<T, N>(x), loadValue<N>(b + i), loadValue<N>(line + i + 1));
+        store(line + i, addProduct(negative(factorOf<T, N>(y)), loadValue<N>(a + i), in));
         i += N;
     };
     while (i + n <= order) advance(Lanes<n>());
     if constexpr (n > 1)
         while (i < order) advance(Lanes<1>());
-    *dst = y;
+    store(dst, y);
+}
+
+// Samples that a higher order takes at once: each element of the delay line is then loaded and stored once
+// for them, and the elements of a register depend on those of others only.
+inline constexpr int kAhead = 4;
+// From here on in the widest registers, which do not pay while what is stored is loaded again soon, in other
+// pieces.
+inline constexpr size_t kWideOrder = 48;
+// Complex factors are too many for 16 registers.
+template <class T>
+inline constexpr size_t kMostAhead = std::is_same_v<T, Zpp64fc>&& kVectorBytes < 64 ? 64 : ~size_t{0};
+
+// The recursions of kAhead samples for N elements of the delay line, with inputs and negative outputs as
+// factors.
+template <class T, int N>
+struct Advance {
+    const T *b, *a;  // B(1) .., A(1) ..
+    Factor<T, N> x[kAhead], y[kAhead];
+
+    // Element i and its neighbours after sample j, from the elements one further before it.
+    ZPP_INLINE Value<T, N> after(int j, size_t i, Value<T, N> d) const {
+        return addProduct(y[j], loadValue<N>(a + i), addProduct(x[j], loadValue<N>(b + i), d));
+    }
+    // The same after the last kSteps samples, from what those are that come to be there.
+    template <int kSteps = kAhead>
+    ZPP_INLINE void advance(size_t i, T* line) const {
+        auto d = loadValue<N>(line + i + kSteps);
+#pragma GCC unroll 4
+        for (int j = kAhead - kSteps; j < kAhead; ++j)
+            d = after(j, i + static_cast<size_t>(kAhead - 1 - j), d);
+        store(line + i, d);
+    }
+    // The same for elements from i on, as many as are full registers and taken by all samples. Returns where
+    // they end.
+    ZPP_INLINE size_t advanceAll(size_t i, size_t order, T* line) const {
+        for (; i + (N + kAhead - 1) <= order; i += N) advance(i, line);
+        return i;
+    }
+};
+
+template <int N, class T>
+ZPP_INLINE Advance<T, N> widened(const Advance<T, 1>& single, const Value<T> (&x)[kAhead],
+                                 const Value<T> (&y)[kAhead]) {
+    Advance<T, N> wide;
+    wide.b = single.b;
+    wide.a = single.a;
+#pragma GCC unroll 4
+    for (int j = 0; j < kAhead; ++j) {
+        wide.x[j] = factorOf<T, N>(x[j]);
+        wide.y[j] = negative(factorOf<T, N>(y[j]));
+    }
+    return wide;
+}
+
+// kAhead samples of a filter of an order above kSmallOrder.
+template <class T>
+ZPP_INLINE void filterAhead(const T* taps, size_t order, T* line, const T* src, T* dst) {
+    constexpr int n = kStep<T> < kAhead ? kStep<T> : kAhead;
+    Advance<T, 1> single;
+    single.b = taps + 1;
+    single.a = single.b + order;
+    const auto b0 = loadFactor(taps);
+    Value<T> x[kAhead], y[kAhead], d[kAhead];
+#pragma GCC unroll 4
+    for (int j = 0; j < kAhead; ++j) {
+        d[j] = loadValue(line + j);
+        x[j] = loadValue(src + j);
+    }
+#pragma GCC unroll 4
+    for (int j = 0; j < kAhead; ++j) {
+        y[j] = addProduct(b0, x[j], d[0]);
+        store(dst + j, y[j]);
+        single.x[j] = factorOf<T, 1>(x[j]);
+        single.y[j] = negative(factorOf<T, 1>(y[j]));
+#pragma GCC unroll 4
+        for (int i = 0; i + j + 1 < kAhead; ++i) d[i] = single.after(j, static_cast<size_t>(i), d[i + 1]);
+    }
+    size_t i = 0;
+    if constexpr (kStep < T >> kAhead)
+        if (order >= kWideOrder) i = widened<kStep<T>>(single, x, y).advanceAll(i, order, line);
+    i = widened<n>(single, x, y).advanceAll(i, order, line);
+    for (; i + kAhead <= order; ++i) single.advance(i, line);
+    single.template advance<3>(i, line);
+    single.template advance<2>(i + 1, line);
+    single.template advance<1>(i + 2, line);
 }
 
 template <class T>
 [[gnu::noinline]] void filterLarge(const T* taps, size_t order, T* line, const T* src, T* dst, size_t len) {
-    for (size_t i = 0; i < len; ++i) filterSample(taps, order, line, src + i, dst + i);
+    size_t i = 0;
+    if constexpr (kVectorBytes > 0)
+        if (order < kMostAhead<T>)
+            for (; i + kAhead <= len; i += kAhead) filterAhead(taps, order, line, src + i, dst + i);
+    for (; i < len; ++i) filterSample(taps, order, line, src + i, dst + i);
 }
 
 }  // namespace zpp::ZPP_ISA
