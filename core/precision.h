@@ -71,7 +71,7 @@ class SubnormalsKept {
 
 // For its life results below the normal range are zeros, where the processor has a switch for that: a
 // recursion that fades away would otherwise compute with subnormal numbers for long, which takes some
-// processors a hundred times as long. Operands are taken for what they are. The caller's setting comes back at
+// processors 50 times as long. Operands are taken for what they are. The caller's setting comes back at
 // the end.
 class SubnormalsFlushed {
   public:
