@@ -4,7 +4,7 @@
 #include <cmath>
 #include <numbers>
 
-namespace speech {
+namespace examples::speech {
 namespace {
 
 struct Rgb {
@@ -49,4 +49,4 @@ uint32_t colourOf(double level) {
     return encoded(colour.red) << 16 | encoded(colour.green) << 8 | encoded(colour.blue);
 }
 
-}  // namespace speech
+}  // namespace examples::speech

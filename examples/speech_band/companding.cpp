@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "check.h"
+#include "common/check.h"
 
-namespace speech {
+namespace examples::speech {
 namespace {
 
 constexpr size_t kBlock = 8192;
@@ -41,4 +41,4 @@ SignalToNoise compandingNoise(const Recording& recording) {
             signalToNoise(recording.samples, zppsLinToMuLaw_32f8u, zppsMuLawToLin_8u32f)};
 }
 
-}  // namespace speech
+}  // namespace examples::speech

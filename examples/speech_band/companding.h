@@ -3,7 +3,7 @@
 
 #include "recording.h"
 
-namespace speech {
+namespace examples::speech {
 
 struct SignalToNoise {
     double aLaw, muLaw;  // in dB
@@ -13,4 +13,4 @@ struct SignalToNoise {
 // beyond full scale is clipped on the way, which counts as noise.
 SignalToNoise compandingNoise(const Recording& recording);
 
-}  // namespace speech
+}  // namespace examples::speech

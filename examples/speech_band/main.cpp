@@ -1,4 +1,5 @@
-// speech-band: puts a recording through the band of a telephone and shows what is left of it.
+// speech-band: puts a recording through the sample rate and the band of a telephone and shows what is left of
+// it.
 #include <unistd.h>
 
 #include <algorithm>
@@ -6,29 +7,33 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
+#include <functional>
 
-#include "check.h"
+#include "common/check.h"
+#include "common/fir_design.h"
+#include "common/progress.h"
+#include "common/resampler.h"
 #include "companding.h"
-#include "fir_design.h"
 #include "plot.h"
-#include "progress.h"
 #include "recording.h"
 #include "spectrogram.h"
 
-namespace speech {
+namespace examples::speech {
 namespace {
 
 namespace fs = std::filesystem;
 
 constexpr Band kTelephone = {300, 3400};
-constexpr int kTaps = 255;
+constexpr int kTelephoneRate = 8000;
+constexpr int kTaps = 43;
 constexpr double kAttenuationDb = 50;
 constexpr size_t kBlock = 8192;
 
 constexpr char kUsage[] =
     "usage: speech-band [--output DIRECTORY] [RECORDING...]\n"
     "\n"
-    "Filters recordings (WAV, FLAC, OGG, ...; several are joined) to the telephone band of 300 to 3400 Hz.\n"
+    "Takes recordings (WAV, FLAC, OGG, ...; several are joined) to the 8000 samples a second and the band\n"
+    "of 300 to 3400 Hz of a telephone, and back to their own rate.\n"
     "Prints levels, speed, and the noise that A-law and mu-law (G.711) would add to the recordings.\n"
     "Writes speech-band.wav, the filtered recording, and speech-band.png, its spectrogram before and after,\n"
     "into DIRECTORY (default: the current one). Without a recording it takes the voice of\n"
@@ -45,31 +50,53 @@ std::vector<fs::path> spokenRecordings() {
     return {directory / "Front_Left.wav", directory / "Front_Center.wav", directory / "Front_Right.wav"};
 }
 
-// Filters block by block, as a program would that receives the signal bit by bit.
-Recording filtered(const Recording& recording, ProgressBar& progress) {
-    const double rate = recording.sampleRate;
-    const std::vector<double> taps =
-        designBandPass(kTaps, kTelephone.low / rate, kTelephone.high / rate, kAttenuationDb);
+// The samples at another rate, converted block by block, as a program would that receives the signal bit by
+// bit.
+std::vector<double> resampled(const std::vector<double>& samples, int from, int to,
+                              const std::function<void(double)>& progress) {
+    Resampler resampler(from, to, 1);
+    std::vector<double> result;
+    const auto append = [&](const std::vector<double>& part) {
+        result.insert(result.end(), part.begin(), part.end());
+        return !part.empty();
+    };
+    for (size_t done = 0; done < samples.size(); done += resampler.blockFrames()) {
+        append(resampler.convert(samples.data() + done,
+                                 std::min(resampler.blockFrames(), samples.size() - done)));
+        progress(static_cast<double>(done) / static_cast<double>(samples.size()));
+    }
+    while (append(resampler.finish())) continue;
+    return result;
+}
+
+// What a telephone lets through, at its own rate.
+std::vector<double> bandOf(std::vector<double> samples) {
+    const std::vector<double> taps = designBandPass(kTaps, kTelephone.low / kTelephoneRate,
+                                                    kTelephone.high / kTelephoneRate, kAttenuationDb);
     ZppsFIRState* created = nullptr;
     check(zppsFIRInitAlloc_64f(&created, taps.data(), kTaps, nullptr), "Preparing the filter");
     const Owned<ZppsFIRState, zppsFIRFree_64f> state(created);
-
     // The filter delays by half its length: so much silence follows, and so much of the result is left out.
-    constexpr size_t delay = (kTaps - 1) / 2;
-    const std::vector<double> silence(delay);
-    Recording result = {recording.sampleRate, std::vector<double>(recording.samples.size() + delay)};
-    double* destination = result.samples.data();
-    for (const std::vector<double>* source : {&recording.samples, &silence}) {
-        for (size_t done = 0; done < source->size(); done += kBlock) {
-            const size_t count = std::min(kBlock, source->size() - done);
-            check(zppsFIR_64f(source->data() + done, destination, static_cast<int>(count), state.get()),
-                  "Filtering");
-            destination += count;
-            progress.show("Filtering", static_cast<double>(destination - result.samples.data()) /
-                                           static_cast<double>(result.samples.size()));
-        }
+    constexpr ptrdiff_t delay = (kTaps - 1) / 2;
+    samples.insert(samples.end(), delay, 0.0);
+    for (size_t done = 0; done < samples.size(); done += kBlock) {
+        const size_t count = std::min(kBlock, samples.size() - done);
+        check(zppsFIR_64f_I(samples.data() + done, static_cast<int>(count), state.get()), "Filtering");
     }
-    result.samples.erase(result.samples.begin(), result.samples.begin() + delay);
+    samples.erase(samples.begin(), samples.begin() + delay);
+    return samples;
+}
+
+// To the telephone's rate and back.
+Recording filtered(const Recording& recording, ProgressBar& progress) {
+    const int rate = recording.sampleRate;
+    const auto part = [&](double begin) {
+        return [&progress, begin](double done) { progress.show("Filtering", begin + done / 2); };
+    };
+    Recording result = {rate, resampled(bandOf(resampled(recording.samples, rate, kTelephoneRate, part(0))),
+                                        kTelephoneRate, rate, part(0.5))};
+    // Twice rounded to whole samples the length may differ by some.
+    result.samples.resize(recording.samples.size());
     return result;
 }
 
@@ -112,7 +139,7 @@ void printTable(const Recording& recording, const Spectrogram& before, const Spe
     const double seconds = recording.seconds();
     std::printf("samples              %zu (%d a second)\n", recording.samples.size(), recording.sampleRate);
     std::printf("length               %.2f s\n", seconds);
-    std::printf("filtered in          %s\n", speed(filtering, seconds).c_str());
+    std::printf("to 8 kHz and back in %s\n", speed(filtering, seconds).c_str());
     std::printf("spectra in           %s\n", speed(analysing, seconds).c_str());
     std::printf("column bound         %s\n\n", zppsGetLibVersion()->targetCpu);
     std::printf("level, dB (0: full-scale sine)   before    after\n");
@@ -154,7 +181,7 @@ void run(const Options& options) {
         analysing = watch.seconds();
     }
     writeRecording(options.output / "speech-band.wav", result);
-    drawPicture({before, after, recording.seconds(), recording.sampleRate, kTelephone},
+    drawPicture({before, after, recording.seconds(), recording.sampleRate, kTelephone, kTelephoneRate},
                 options.output / "speech-band.png");
     printTable(recording, before, after, compandingNoise(recording), filtering, analysing);
     std::printf("\nWritten: %s, %s\n", (options.output / "speech-band.wav").c_str(),
@@ -178,14 +205,15 @@ bool parse(int argc, char** argv, Options& options) {
 }
 
 }  // namespace
-}  // namespace speech
+}  // namespace examples::speech
 
 int main(int argc, char** argv) {
-    if (argc == 2 && std::strcmp(argv[1], "--help") == 0) return std::fputs(speech::kUsage, stdout) < 0;
-    speech::Options options;
-    if (!speech::parse(argc, argv, options)) return std::fputs(speech::kUsage, stderr), 2;
+    if (argc == 2 && std::strcmp(argv[1], "--help") == 0)
+        return std::fputs(examples::speech::kUsage, stdout) < 0;
+    examples::speech::Options options;
+    if (!examples::speech::parse(argc, argv, options)) return std::fputs(examples::speech::kUsage, stderr), 2;
     try {
-        speech::run(options);
+        examples::speech::run(options);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "speech-band: %s\n", error.what());
         return 1;

@@ -8,10 +8,10 @@
 #include <cstdio>
 #include <stdexcept>
 
-#include "check.h"
 #include "colours.h"
+#include "common/check.h"
 
-namespace speech {
+namespace examples::speech {
 namespace {
 
 constexpr double kRangeDb = 80;      // from the maximum down to the darkest colour
@@ -159,7 +159,8 @@ class Plot {
     void draw(const std::filesystem::path& file) {
         panel(picture_.before, "Recording", kLeft, true);
         const std::string band = number(picture_.band.low) + "–" + number(picture_.band.high) + " Hz";
-        panel(picture_.after, "Telephone band, " + band, kLeft + kPanelWidth + kGap, false);
+        const std::string rate = number(picture_.bandRate / 1000.0) + " kHz";
+        panel(picture_.after, "Telephone: " + rate + ", " + band, kLeft + kPanelWidth + kGap, false);
         colourBar();
         drawing_.save(file);
     }
@@ -230,4 +231,4 @@ class Plot {
 
 void drawPicture(const Picture& picture, const std::filesystem::path& file) { Plot(picture).draw(file); }
 
-}  // namespace speech
+}  // namespace examples::speech

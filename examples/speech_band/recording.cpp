@@ -6,9 +6,9 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "check.h"
+#include "common/check.h"
 
-namespace speech {
+namespace examples::speech {
 namespace {
 
 constexpr int kBlockFrames = 4096;
@@ -110,4 +110,4 @@ void writeRecording(const std::filesystem::path& path, const Recording& recordin
     if (!written || sf_close(file.release()) != 0) throw failure(path, "cannot be written in full");
 }
 
-}  // namespace speech
+}  // namespace examples::speech

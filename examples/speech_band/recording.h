@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace speech {
+namespace examples::speech {
 
 struct Recording {
     int sampleRate = 0;
@@ -21,4 +21,4 @@ Recording readRecordings(const std::vector<std::filesystem::path>& files);
 // Writes 16-bit WAV; what exceeds full scale is clipped.
 void writeRecording(const std::filesystem::path& file, const Recording& recording);
 
-}  // namespace speech
+}  // namespace examples::speech

@@ -5,9 +5,9 @@
 #include <numbers>
 #include <numeric>
 
-#include "check.h"
+#include "common/check.h"
 
-namespace speech {
+namespace examples::speech {
 namespace {
 
 constexpr double kWindowSeconds = 0.04;
@@ -119,4 +119,4 @@ Spectrogram analyse(const Recording& recording, Band band, int maxColumns,
     return result;
 }
 
-}  // namespace speech
+}  // namespace examples::speech

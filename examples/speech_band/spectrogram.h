@@ -6,7 +6,7 @@
 
 #include "recording.h"
 
-namespace speech {
+namespace examples::speech {
 
 struct Band {
     double low, high;  // Hz
@@ -29,4 +29,4 @@ struct Spectrogram {
 Spectrogram analyse(const Recording& recording, Band band, int maxColumns,
                     const std::function<void(double)>& progress);
 
-}  // namespace speech
+}  // namespace examples::speech

@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace speech {
+namespace examples {
 
 inline void check(ZppStatus status, const char* what) {
     if (status < zppStatusOk) throw std::runtime_error(std::string(what) + ": " + zppGetStatusString(status));
@@ -24,4 +24,4 @@ struct Release {
 template <class T, auto Free>
 using Owned = std::unique_ptr<T, Release<Free>>;
 
-}  // namespace speech
+}  // namespace examples

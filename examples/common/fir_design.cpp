@@ -1,9 +1,9 @@
-#include "fir_design.h"
+#include "common/fir_design.h"
 
 #include <cmath>
 #include <numbers>
 
-namespace speech {
+namespace examples {
 namespace {
 
 using std::numbers::pi;
@@ -32,21 +32,30 @@ double kaiserBeta(double attenuation) {
 
 }  // namespace
 
+double tapsFor(double transition, double attenuationDb) {
+    return 2 * std::ceil((attenuationDb - 7.95) / (14.36 * transition) / 2) + 1;
+}
+
 std::vector<double> designBandPass(int tapCount, double low, double high, double attenuationDb) {
     const double beta = kaiserBeta(attenuationDb);
     const double middle = (tapCount - 1) / 2.0;
     std::vector<double> taps(static_cast<size_t>(tapCount));
     double gain = 0;
-    for (int i = 0; i < tapCount; ++i) {
-        const double time = i - middle;
+    for (size_t i = 0, mirrored = taps.size() - 1; i <= mirrored && mirrored < taps.size(); ++i, --mirrored) {
+        const double time = static_cast<double>(i) - middle;
         const double place = middle > 0 ? time / middle : 0;
         const double tap =
             (ideal(high, time) - ideal(low, time)) * bessel0(beta * std::sqrt(1 - place * place));
-        taps[static_cast<size_t>(i)] = tap;
-        gain += tap * std::cos(pi * (low + high) * time);
+        taps[i] = taps[mirrored] = tap;
+        gain += (i < mirrored ? 2 : 1) * tap * std::cos(pi * (low + high) * time);
     }
     for (double& tap : taps) tap /= gain;
     return taps;
 }
 
-}  // namespace speech
+// Of a band that reaches as far below 0 the middle is 0.
+std::vector<double> designLowPass(int tapCount, double high, double attenuationDb) {
+    return designBandPass(tapCount, -high, high, attenuationDb);
+}
+
+}  // namespace examples

@@ -1,6 +1,6 @@
 #pragma once
 
-namespace speech {
+namespace examples {
 
 // A line on the terminal that tells how much is done; silent where `shown` is false. It vanishes at the end.
 class ProgressBar {
@@ -18,4 +18,4 @@ class ProgressBar {
     int percent_ = -1;
 };
 
-}  // namespace speech
+}  // namespace examples

@@ -1,8 +1,8 @@
-#include "progress.h"
+#include "common/progress.h"
 
 #include <cstdio>
 
-namespace speech {
+namespace examples {
 
 void ProgressBar::show(const char* what, double part) {
     constexpr int width = 40;
@@ -20,4 +20,4 @@ ProgressBar::~ProgressBar() {
     if (percent_ >= 0) std::fprintf(stderr, "\r\033[K");
 }
 
-}  // namespace speech
+}  // namespace examples
