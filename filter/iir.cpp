@@ -25,7 +25,7 @@ void filterByGain(const T& gain, const T* src, T* dst, size_t len) {
 
 template <class T>
 void filterArbitrary(const T* taps, size_t order, T* line, const T* src, T* dst, size_t len) {
-    static_assert(kSmallOrder == 6);
+    static_assert(kSmallOrder == 8);
     switch (order) {
         case 1:
             return filterSmall<1>(taps, line, src, dst, len);
@@ -39,6 +39,10 @@ void filterArbitrary(const T* taps, size_t order, T* line, const T* src, T* dst,
             return filterSmall<5>(taps, line, src, dst, len);
         case 6:
             return filterSmall<6>(taps, line, src, dst, len);
+        case 7:
+            return filterSmall<7>(taps, line, src, dst, len);
+        case 8:
+            return filterSmall<8>(taps, line, src, dst, len);
         default:
             return filterLarge(taps, order, line, src, dst, len);
     }

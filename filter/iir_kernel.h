@@ -123,7 +123,7 @@ ZPP_INLINE auto inputFactor(const T* a, const T* b, const T* b0) {
 }
 
 // A filter of a small order, in registers; taps and delay line as in a state.
-inline constexpr int kSmallOrder = 6;
+inline constexpr int kSmallOrder = 8;
 
 template <int kOrder, class T>
 [[gnu::noinline]] void filterSmall(const T* taps, T* line, const T* src, T* dst, size_t len) {

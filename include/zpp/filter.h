@@ -372,7 +372,7 @@ ZPP_EXPORT(ZppStatus, zppsIIRSetDlyLine64fc_32fc, (ZppsIIRState* pState, const Z
  *
  * Consecutive calls of any lengths filter one continuous signal: however it is split into blocks and single
  * samples, the outputs and the delay line have the same bits, in place or not. All arithmetic is double,
- * fused where the processor can (so another processor may give others). Cascades, and orders up to 6, are
+ * fused where the processor can (so another processor may give others). Cascades, and orders up to 8, are
  * computed with y written out,
  *     d(i) = C(i+1) x - A(i+1) d(0) + d(i+1),  C(i) = B(i) - A(i) B(0),
  * which has fewer operations between an output and the next one. The 32-bit signals are widened exactly, and
