@@ -230,14 +230,12 @@ inline constexpr int kAtOnce = kRegisters == 8                 ? 2
 template <class T>
 [[gnu::noinline]] void meetStrided(Meeting<T> m, size_t len, size_t stride, size_t apart, size_t count) {
     constexpr int most = kAtOnce<T>;
-    const auto next = [&](auto g) {
-        meetStrided<g>(m, len, stride, apart);
-        m.x += g * stride;
-        m.y += g * apart;
-        count -= g;
-    };
-    while (count >= most) next(Lanes<most>());
-    if (count > 0) next(Lanes<kGroup>());
+    for (; count >= most; count -= most) {
+        meetStrided<most>(m, len, stride, apart);
+        m.x += most * stride;
+        m.y += most * apart;
+    }
+    if (count > 0) meetStrided<kGroup>(m, len, stride, apart);
 }
 
 // Outputs, `count` up to kGroup, of any phases.

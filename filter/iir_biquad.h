@@ -77,7 +77,10 @@ struct Wave {
             d1[r] = loadValue<N>(d1s + r * N);
             before[r] = last[r] = V{};
             constexpr int doubles = sizeof(V) / sizeof(double) / N;
-            for (int i = 0; i < N * doubles; ++i) begin[r][i] = kLag * (lanes - 1 - (r * N + i / doubles));
+            for (int i = 0; i < N * doubles; ++i) {
+                const int lane = r * N + i / doubles;
+                begin[r][i] = kLag * (lanes - 1 - lane);
+            }
         }
     }
 

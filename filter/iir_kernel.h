@@ -159,15 +159,14 @@ ZPP_INLINE void filterSample(const T* taps, size_t order, T* line, const T* src,
     constexpr int n = kStep<T>;
     const T *b = taps + 1, *a = b + order;
     const auto x = loadValue(src), y = stored(addProduct(loadFactor(taps), x, loadValue(line)));
-    size_t i = 0;
-    const auto advance = [&]<int N>(Lanes<N>) ZPP_INLINE_LAMBDA {
+    const auto advance = [=]<int N>(Lanes<N>, size_t i) ZPP_INLINE_LAMBDA {
         const auto in = addProduct(factorOf<T, N>(x), loadValue<N>(b + i), loadValue<N>(line + i + 1));
         store(line + i, addProduct(negative(factorOf<T, N>(y)), loadValue<N>(a + i), in));
-        i += N;
     };
-    while (i + n <= order) advance(Lanes<n>());
+    size_t i = 0;
+    for (; i + n <= order; i += n) advance(Lanes<n>(), i);
     if constexpr (n > 1)
-        while (i < order) advance(Lanes<1>());
+        for (; i < order; ++i) advance(Lanes<1>(), i);
     store(dst, y);
 }
 

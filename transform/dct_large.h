@@ -40,7 +40,7 @@ inline void multiplyReal(const double* x, const double* b, double* a, size_t n) 
 // 2 in vectors; N being odd.
 inline void cosinesFromChirps(const double* v, double* y, size_t n, const double* twiddles, double c0) {
     y[0] = c0 * v[0];
-    forOverlapping(n / 2, [=](auto width, size_t i) mutable ZPP_INLINE_LAMBDA {
+    forOverlapping(n / 2, [=, &twiddles](auto width, size_t i) ZPP_INLINE_LAMBDA {
         using V = Vec<double, width>;
         const Complex<V> t = Blocks<width>{const_cast<double*>(twiddles)}.load(0);
         twiddles += 2 * width;
@@ -53,7 +53,7 @@ inline void cosinesFromChirps(const double* v, double* y, size_t n, const double
 inline void chirpsFromCosines(const double* y, double* v, size_t n, const double* twiddles, double c0) {
     v[0] = c0 * y[0];
     v[1] = 0;
-    forOverlapping(n / 2, [=](auto width, size_t i) mutable ZPP_INLINE_LAMBDA {
+    forOverlapping(n / 2, [=, &twiddles](auto width, size_t i) ZPP_INLINE_LAMBDA {
         using V = Vec<double, width>;
         const Complex<V> t = Blocks<width>{const_cast<double*>(twiddles)}.load(0);
         twiddles += 2 * width;

@@ -88,7 +88,7 @@ inline void cosinesFromPairs(const double* z, double* y, size_t n, const double*
     const size_t m = n / 2;
     y[0] = c0 * (z[0] + z[1]);
     y[m] = c0 * (z[0] - z[1]);
-    forOverlapping(m / 2, [=](auto width, size_t i) mutable ZPP_INLINE_LAMBDA {
+    forOverlapping(m / 2, [=, &twiddles](auto width, size_t i) ZPP_INLINE_LAMBDA {
         using V = Vec<double, width>;
         const size_t low = i + 1, high = m - low - (width - 1);
         const Blocks<width> t{const_cast<double*>(twiddles)};
@@ -109,7 +109,7 @@ inline void pairsFromCosines(const double* y, double* z, size_t n, const double*
     const size_t m = n / 2;
     z[0] = c0 * (y[0] + y[m]);
     z[1] = c0 * (y[0] - y[m]);
-    forOverlapping(m / 2, [=](auto width, size_t i) mutable ZPP_INLINE_LAMBDA {
+    forOverlapping(m / 2, [=, &twiddles](auto width, size_t i) ZPP_INLINE_LAMBDA {
         using V = Vec<double, width>;
         const size_t low = i + 1, high = m - low - (width - 1);
         const Blocks<width> t{const_cast<double*>(twiddles)};
