@@ -48,10 +48,14 @@ void filterChunks(const Signal<T>& signal, const Phases& phases, size_t room, Pu
     }
 }
 
+// Rows that outputs wait with, fewer than kGroup, and that of the phase at hand.
+inline constexpr size_t kSlots = kGroup;
+
 // Makes `count` outputs from a place on, and gives that of the one behind them. Every D / g inputs a phase
 // comes again, U / g outputs later: so they are made phase by phase, several of one at once, and of what is
-// left of each some of several phases. rowOf(phase) gives the row of a phase, which stays for the kGroup
-// following ones; window + place.taken begins the samples of the first output.
+// left of each some of several phases. rowOf(phase, slot) gives the row of a phase, which has to stay until
+// it is asked for another one for the same of kSlots slots; window + place.taken begins the samples of the
+// first output.
 template <class T, class RowOf>
 Place filterPhases(const Phases& phases, RowOf rowOf, const T* window, Place place, T* dst, size_t count) {
     const size_t len = phases.rowLen<T>(), missing = len - phases.window;
@@ -60,12 +64,12 @@ Place filterPhases(const Phases& phases, RowOf rowOf, const T* window, Place pla
     const bool inTurn = count < phases.count;
     const Step& step = inTurn ? phases.toNext : phases.toNextPhase;
     Meeting<T> waiting[kGroup];
-    size_t waitingCount = 0;
+    size_t waitingCount = 0, slot = 0;
     Place at = place;
     const size_t each = count / phases.count, more = count % phases.count;
     for (size_t n = 0, left = inTurn ? count : phases.count; left > 0; --left) {
         const size_t outputs = each + (n < more ? 1 : 0);
-        const T* const row = rowOf(at.phase);
+        const T* const row = rowOf(at.phase, slot);
         const T* const x = window + at.taken - missing;
         const Mask* const mask = at.phase < phases.longRows ? &longMask : &shortMask;
         const size_t atOnce = kRowLanes > 1 ? outputs - outputs % kGroup : 0;
@@ -82,6 +86,7 @@ Place filterPhases(const Phases& phases, RowOf rowOf, const T* window, Place pla
             meetEach(waiting, len, waitingCount);
             waitingCount = 0;
         }
+        if (atOnce < outputs) slot = (slot + 1) % kSlots;
         n += step.outputs;
         phases.advance(at, step);
         const size_t before =
@@ -101,7 +106,7 @@ void filterMultiRate(ZppsFIRState* state, const typename F::Data* src, typename 
     const Rates rates = ratesOf(state);
     const Phases& phases = phasesOf(state);
     Sample* line = delayBufferOf<F>(state);
-    const auto rowOf = [=, rows = rowsOf<F>(state), len = phases.rowLen<Sample>()](size_t phase) {
+    const auto rowOf = [=, rows = rowsOf<F>(state), len = phases.rowLen<Sample>()](size_t phase, size_t) {
         return rows + (phase < phases.rows ? phase : phases.rows) * len;
     };
     const auto put = [=](const auto* chunk, size_t count) {
@@ -166,16 +171,13 @@ class Direct {
 
     // The window is on the stack too.
     [[gnu::noinline]] void filterShort(const Signal<T>& signal) const {
-        T rows[kGroup + 1][kLongest + kApart], buffer[kRowValues<T> + kLongest + kRoom];
+        T rows[kSlots][kLongest + kApart], buffer[kRowValues<T> + kLongest + kRoom];
         zeroElements(buffer, kRowValues<T>);
         T* const line = buffer + kRowValues<T>;
         const size_t window = phases_.window;
         for (size_t j = 0; j < window; ++j) convertElement(line_[window - 1 - j], line[j]);
         const auto put = [&](const T* src, size_t count) { copyElements(src, line + window, count); };
-        const auto rowOf = [&, next = size_t{0}](size_t phase) mutable {
-            next = (next + 1) % (kGroup + 1);
-            return gatherRow(phase, 0, len_, rows[next]);
-        };
+        const auto rowOf = [&](size_t phase, size_t slot) { return gatherRow(phase, 0, len_, rows[slot]); };
         const auto filter = [&](Place place, T* to, size_t outputs, size_t count) {
             place = filterPhases(phases_, rowOf, line, place, to, outputs);
             moveElements(line + count, line, window);

@@ -175,6 +175,7 @@ bool fillTables(ZppsDCTSpec* spec) {
 // The FFT of the large method, and with it the spectrum of the chirp in its place; false where memory is
 // short.
 bool makeConvolver(ZppsDCTSpec* spec) {
+    const DoublePrecision precision;
     const ChirpLengths c = chirpLengths(spec->len);
     ZppsFFTSpec* fft = nullptr;
     if (zppsFFTInitAlloc_C_64fc(&fft, c.order, 8, 0) != zppStatusOk) return false;

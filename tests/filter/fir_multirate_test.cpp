@@ -37,6 +37,7 @@ constexpr MultiRate kFilters[] = {
     {940, 147, 146, 160, 0},
     {640, 160, 20, 147, 100},
     // fewer taps than phases, and few inputs met
+    {9, 130, 0, 9, 3},
     {40, 1000, 999, 999, 3},
     {2, 1, 0, 700, 640},
     // windows longer than the chunks and rows on the stack
@@ -56,8 +57,9 @@ TEST_P(FirMultiRate, IsTheFilteredSignalWithZerosPutInHoweverSplit) {
                                   r.tapsLen > 400;  // each NaN takes the x87 unit a hundred cycles
                 if (slow) continue;
                 // Inputs are taken in chunks of up to 2048: of short filters there are several.
-                const bool many = r.tapsLen < 10 && r.up + r.down < 12;
-                const Problem problem(pair, r, many ? 2500 : 2 + 400 / std::max(r.up, r.down), input);
+                const bool many = r.tapsLen < 10 && r.down < 10;
+                const Problem problem(pair, r, many ? 2500 / r.down : 2 + 400 / std::max(r.up, r.down),
+                                      input);
                 const int blocks = problem.blocks();
                 const auto all = [=] { return blocks; };
                 const auto some = [&] {

@@ -138,7 +138,8 @@ TEST_P(Dct, LongTransforms) {
             Guarded<Zpp8u> buffer(spec.bufSize());
             const Doubles out = run(*d, in, spec, buffer), response = run(*d, impulse, spec, buffer);
             EXPECT_TRUE(buffer.intact());
-            for (std::size_t i : {std::size_t{0}, std::size_t{1}, n / 4, n / 2, n - 1, random.below(n)})
+            for (std::size_t i : std::initializer_list<std::size_t>{
+                     0, 1, n / 4, n / 2, n - 1, static_cast<std::size_t>(random.below(n))})
                 EXPECT_NEAR(out[i], static_cast<double>(cosines.element(*d, in, i)), allowed(n, 2))
                     << d->name << i;
             double worst = 0;
