@@ -441,7 +441,7 @@ ZPP_EXPORT(ZppStatus, zppsSampleDown_64fc,
  * time of a sample grows with the logarithm of maskSize.
  *
  * Results are samples, to the bit the same everywhere. In the order that the median is the middle of, -0 comes before
- * +0, and NaNs behind all numbers: those without sign before those with, by their payload.
+ * +0, and NaNs behind all numbers: first those without a sign, by rising payload, then those with, by falling payload.
  *
  * pDst must not overlap pSrc; _I gives the same results in place. Returned, in this order of checks: -8 for a null
  * pointer; -6 for len < 1; -33 for maskSize < 1; -9 where memory is short, for masks above 9. After an error nothing
@@ -453,8 +453,8 @@ ZPP_EXPORT(ZppStatus, zppsFilterMedian_32s_I, (Zpp32s* pSrcDst, int len, int mas
 
 /* Convolution and correlation
  *
- * Short vectors are summed directly, long ones through the FFT, a short with a long one block by block; which of them is
- * quicker follows from the lengths alone. A sum is then within
+ * Short vectors are summed directly, long ones through the FFT, a short with a long one block by block; which of it is
+ * done follows from the type and the lengths alone. A sum is then within
  *     3 * 2^-53 (log2(n1 + n2) + 2 + sqrt(the shorter length)) * norm of src1 * norm of src2
  * of the exact one, and is 0 where the vectors do not overlap. Through the FFT an infinity or a NaN reaches all results
  * of its block. The type 32f64f widens its sources exactly; everything is computed in double.
@@ -467,8 +467,8 @@ ZPP_EXPORT(ZppStatus, zppsFilterMedian_32s_I, (Zpp32s* pSrcDst, int len, int mas
 ZPP_EXPORT(ZppStatus, zppsConv_64f,
            (const Zpp64f* pSrc1, int lenSrc1, const Zpp64f* pSrc2, int lenSrc2, Zpp64f* pDst))
 
-/* pDst[n] = sum over i of conj(x[i]) x[i+n], n = 0 .. dstLen-1, where x is pSrc, and 0 beyond its ends. NormA divides by
- * srcLen, NormB by srcLen - n (from n = srcLen on results are 0): the sum is rounded once more. */
+/* pDst[n] = sum over i of conj(x[i]) x[i+n], n = 0 .. dstLen-1, where x is pSrc, and 0 beyond its ends. NormA divides
+ * by srcLen, NormB by srcLen - n (from n = srcLen on results are 0): the sum is rounded once more. */
 ZPP_EXPORT(ZppStatus, zppsAutoCorr_64f, (const Zpp64f* pSrc, int srcLen, Zpp64f* pDst, int dstLen))
 ZPP_EXPORT(ZppStatus, zppsAutoCorr_64fc, (const Zpp64fc* pSrc, int srcLen, Zpp64fc* pDst, int dstLen))
 ZPP_EXPORT(ZppStatus, zppsAutoCorr_32f64f, (const Zpp32f* pSrc, int srcLen, Zpp64f* pDst, int dstLen))
