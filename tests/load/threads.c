@@ -1,6 +1,7 @@
-/* Threads that share one FFT specification and have a FIR state or delay lines each. They are released
- * together, before any other call of the library; afterwards one thread alone must get the same bits. With
- * the argument "race" threads share a FIR state, which they must not: a race detector has to report it. */
+/* Threads that share specifications of FFT and DCT and have a FIR state or delay lines each. They are
+ * released together, before any other call of the library; afterwards one thread alone must get the same
+ * bits. With the argument "race" threads share a FIR state, which they must not: a race detector has to
+ * report it. */
 #include <pthread.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -8,7 +9,7 @@
 
 #include "zpp.h"
 
-enum { kThreads = 8, kRounds = 20, kTaps = 64, kOrder = 10, kLen = 1 << kOrder };
+enum { kThreads = 8, kRounds = 20, kTaps = 64, kOrder = 10, kLen = 1 << kOrder, kCosines = 1000 };
 
 typedef struct {
     const char* text;
@@ -25,6 +26,7 @@ typedef struct {
 
 static pthread_barrier_t barrier;
 static ZppsFFTSpec *realSpec, *complexSpec;
+static ZppsDCTSpec* cosineSpec;
 static ZppsFIRState* sharedState;
 static double taps[kTaps];
 static Zpp64fc complexTaps[kTaps];
@@ -44,11 +46,13 @@ static ZppsFIRState* makeFilter(void) {
 static void makeSpecs(void) {
     need(zppsFFTInitAlloc_R_64f(&realSpec, kOrder, 2, 0));
     need(zppsFFTInitAlloc_C_64fc(&complexSpec, kOrder, 2, 0));
+    need(zppsDCTFwdInitAlloc_64f(&cosineSpec, kCosines, 0));
 }
 
 static void freeSpecs(void) {
     need(zppsFFTFree_R_64f(realSpec));
     need(zppsFFTFree_C_64fc(complexSpec));
+    need(zppsDCTFwdFree_64f(cosineSpec));
 }
 
 /* The same signal goes round by round through filter and transforms, differently for each index. */
@@ -66,6 +70,7 @@ static void transform(ZppsFIRState* state, Results* r) {
         need(zppsFIR_Direct_64fc_I(r->spectrum, kTaps, complexTaps, kTaps, r->complexLine, &r->complexIndex));
         need(zppsFFTFwd_RToPack_64f(r->filtered, r->packed, realSpec, realBuffer));
         need(zppsFFTInv_PackToR_64f(r->packed, r->filtered, realSpec, realBuffer));
+        need(zppsDCTFwd_64f(r->filtered, r->filtered, cosineSpec, NULL));
         need(zppsFFTFwd_CToC_64fc(r->spectrum, r->spectrum, complexSpec, complexBuffer));
         need(zppsMulC_64fc_I((Zpp64fc){0.01, 0.02}, r->spectrum, kLen));
     }
