@@ -34,7 +34,8 @@ endforeach()
 
 add_library(zpp_objects INTERFACE)
 foreach(objects IN LISTS ZPP_OBJECT_LIBRARIES)
-    target_sources(zpp_objects INTERFACE $<TARGET_OBJECTS:${objects}>)
+    # CMake counts precompiled headers among the objects.
+    target_sources(zpp_objects INTERFACE "$<FILTER:$<TARGET_OBJECTS:${objects}>,EXCLUDE,[.]gch$>")
 endforeach()
 target_include_directories(zpp_objects INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
 
