@@ -24,7 +24,7 @@ struct IirKind {
 
     const char* name;
     bool cascade;
-    int id, otherId;  // of the other shape of the same pair
+    int id;
     ZppStatus (*getStateSize)(int, int*);
     ZppStatus (*init)(ZppsIIRState**, const T*, int, const T*, Zpp8u*);
     ZppStatus (*initAlloc)(ZppsIIRState**, const T*, int, const T*);
@@ -49,29 +49,28 @@ void forEachKind(Check check) {
         SCOPED_TRACE(kind.name);
         check(kind);
     };
-#define KIND(T, D, x, made, cascade, id, otherId) \
-    IirKind<T, D>{#made,                          \
-                  cascade,                        \
-                  id,                             \
-                  otherId,                        \
-                  zppsIIRGetStateSize##made,      \
-                  zppsIIRInit##made,              \
-                  zppsIIRInitAlloc##made,         \
-                  zppsIIRFree##x,                 \
-                  zppsIIRSetTaps##x,              \
-                  zppsIIRGetDlyLine##x,           \
-                  zppsIIRSetDlyLine##x,           \
-                  zppsIIR##x,                     \
-                  zppsIIR##x##_I,                 \
+#define KIND(T, D, x, made, cascade, id)     \
+    IirKind<T, D>{#made,                     \
+                  cascade,                   \
+                  id,                        \
+                  zppsIIRGetStateSize##made, \
+                  zppsIIRInit##made,         \
+                  zppsIIRInitAlloc##made,    \
+                  zppsIIRFree##x,            \
+                  zppsIIRSetTaps##x,         \
+                  zppsIIRGetDlyLine##x,      \
+                  zppsIIRSetDlyLine##x,      \
+                  zppsIIR##x,                \
+                  zppsIIR##x##_I,            \
                   zppsIIROne##x}
-    run(KIND(Zpp64f, Zpp64f, _64f, _64f, false, 0x49493133, 0x49493134));
-    run(KIND(Zpp64f, Zpp64f, _64f, _BiQuad_64f, true, 0x49493134, 0x49493133));
-    run(KIND(Zpp64fc, Zpp64fc, _64fc, _64fc, false, 0x49493135, 0x49493136));
-    run(KIND(Zpp64fc, Zpp64fc, _64fc, _BiQuad_64fc, true, 0x49493136, 0x49493135));
-    run(KIND(Zpp64f, Zpp32f, 64f_32f, 64f_32f, false, 0x49493137, 0x49493138));
-    run(KIND(Zpp64f, Zpp32f, 64f_32f, 64f_BiQuad_32f, true, 0x49493138, 0x49493137));
-    run(KIND(Zpp64fc, Zpp32fc, 64fc_32fc, 64fc_32fc, false, 0x49493139, 0x49493230));
-    run(KIND(Zpp64fc, Zpp32fc, 64fc_32fc, 64fc_BiQuad_32fc, true, 0x49493230, 0x49493139));
+    run(KIND(Zpp64f, Zpp64f, _64f, _64f, false, 0x49493133));
+    run(KIND(Zpp64f, Zpp64f, _64f, _BiQuad_64f, true, 0x49493134));
+    run(KIND(Zpp64fc, Zpp64fc, _64fc, _64fc, false, 0x49493135));
+    run(KIND(Zpp64fc, Zpp64fc, _64fc, _BiQuad_64fc, true, 0x49493136));
+    run(KIND(Zpp64f, Zpp32f, 64f_32f, 64f_32f, false, 0x49493137));
+    run(KIND(Zpp64f, Zpp32f, 64f_32f, 64f_BiQuad_32f, true, 0x49493138));
+    run(KIND(Zpp64fc, Zpp32fc, 64fc_32fc, 64fc_32fc, false, 0x49493139));
+    run(KIND(Zpp64fc, Zpp32fc, 64fc_32fc, 64fc_BiQuad_32fc, true, 0x49493230));
 #undef KIND
 }
 

@@ -207,22 +207,6 @@ TEST_P(Dct, ChecksInOrder) {
     }
 }
 
-// Of an object that is none nothing is read but the identifier, and nothing is written.
-TEST_P(Dct, RefusesWhatIsNoSpecification) {
-    double data[8] = {};
-    for (const Direction* d : kDirections)
-        for (const std::int32_t id : {0, 7, 8, 9, 22, 25, 23 ^ 1 << 31, d->inverse ? 23 : 24}) {
-            Guarded<std::int32_t> identifier{id};
-            identifier.protect();
-            auto* const object = reinterpret_cast<ZppsDCTSpec*>(identifier.data());
-            int size = -1;
-            EXPECT_EQ(d->free(object), zppStatusContextMismatch) << id;
-            EXPECT_EQ(d->bufSize(object, &size), zppStatusContextMismatch) << id;
-            EXPECT_EQ(d->transform(data, data, object, nullptr), zppStatusContextMismatch) << id;
-            EXPECT_EQ(size, -1);
-        }
-}
-
 struct Sized {
     int len, bufSize;    // -1: the method's own, but some
     int initialisation;  // allocations
