@@ -211,11 +211,14 @@ class ConvolutionFft {
         transform(x.part(begin, begin + (rest < plan_.part ? rest : plan_.part)), 0, dst);
     }
 
-    // Up to `count` outputs from the sum, from a place on.
+    // Up to `count` outputs from the sum, from a place on: those before its start are at its end.
     void invert(int64_t place, int64_t count, T* dst) {
         F::inverse(sum_, sum_, spec_, buffer_);
         const int64_t n = count < plan_.block ? count : plan_.block;
-        memcpy(dst, sum_ + place, static_cast<size_t>(n) * sizeof(T));
+        const int64_t start = place < 0 ? place + len_ : place;
+        const int64_t untilEnd = len_ - start < n ? len_ - start : n;
+        copyElements(sum_ + start, dst, static_cast<size_t>(untilEnd));
+        copyElements(sum_, dst + untilEnd, static_cast<size_t>(n - untilEnd));
     }
 
     // Applies op to the numbers of the spectra. The first two of a real one, of no and of the highest

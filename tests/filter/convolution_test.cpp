@@ -185,6 +185,15 @@ TEST_P(Convolution, AutoCorrelationIsThatOfTheVectorWithItself) {
                 EXPECT_EQ(f.automatic(src.data(), len, dst, count), zppStatusOk);
                 EXPECT_TRUE(isNear<T>(widened(x), widened(x), f.norm, 0, dst.values()) && dst.intact());
             }
+        // Lags of either sign, where both sources are one vector.
+        const int len = 1024, count = 2 * len - 1;
+        const auto x = ordinary<S>(random, len);
+        const Guarded<S> src(x);
+        for (const int lowLag : {1 - len, -len / 3}) {
+            Guarded<T> dst(count);
+            EXPECT_EQ(f.cross(src.data(), len, src.data(), len, dst, count, lowLag), zppStatusOk);
+            EXPECT_TRUE(isNear<T>(widened(x), widened(x), f.norm, lowLag, dst.values()) && dst.intact());
+        }
     });
 }
 
