@@ -1,6 +1,8 @@
 // Roots of unity of any length, in extended precision, to which the x87 unit must be set.
 #pragma once
 
+#include <math.h>
+
 #include "transform/fft_roots.h"
 
 namespace zpp::ZPP_ISA {
@@ -31,8 +33,7 @@ class RootsOfAny {
 
   private:
     Complex<long double> entry(uint64_t k) const {
-        const long double turn = 6.283185307179586476925286766559005768L;
-        const long double angle = turn * static_cast<long double>(k) / static_cast<long double>(n_);
+        const long double angle = kTurn * static_cast<long double>(k) / static_cast<long double>(n_);
         return {cosl(angle), -sinl(angle)};
     }
 

@@ -159,7 +159,7 @@ bool fillTables(ZppsDCTSpec* spec) {
     const ExtendedPrecision precision;
     if (spec->pow2 != 0) {
         const int order = orderOf(spec->len) + 2;
-        const Roots roots(order);
+        const Roots roots(order, tableOrder(order - 3));
         if (!roots.allocated()) return false;
         place(
             spec, [&, order](uint64_t k) { return roots.exact(k, order); }, &roots);

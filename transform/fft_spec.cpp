@@ -29,7 +29,8 @@ bool setNormalisation(ZppsFFTSpec& spec, int flag) {
 bool fillTables(ZppsFFTSpec* spec) {
     if (spec->order <= kMaxOrderWithoutTables) return true;
     const ExtendedPrecision precision;
-    const Roots roots(spec->order);
+    const bool real = spec->id == kRealSpec, whole = real && spec->order <= kMaxWholeOrder;
+    const Roots roots(spec->order, whole ? spec->order : tableOrder(real ? spec->order - 1 : spec->order));
     if (!roots.allocated()) return false;
     placeObject(*spec, kBlockAlignment, spec, tablesOf(&roots));
     return true;

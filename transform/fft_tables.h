@@ -28,12 +28,13 @@ inline const double* firstTable(Areas& areas, const Roots* roots, int order, boo
     const size_t columns = (size_t{1} << order) / width;
     double* table = areas.take<double>(2 * columns * (width - 1));
     if (roots == nullptr) return table;
+    const RoundedRoots all = roots->all(order);
     double* p = table;
     for (size_t i = 0; i < columns; i += width)
         for (size_t k = 1; k < width; ++k, p += 2 * width)
             for (size_t l = 0; l < width; ++l) {
                 const int element = elementOfLane(static_cast<int>(width), static_cast<int>(l), complexOrder);
-                const Complex<double> w = roots->at((i + static_cast<size_t>(element)) * k, order);
+                const Complex<double> w = all[(i + static_cast<size_t>(element)) * k];
                 p[l] = w.re;
                 p[width + l] = w.im;
             }
@@ -46,8 +47,9 @@ inline double* passTable(Areas& areas, const Roots* roots, int order) {
     double* out = table;
     for (size_t n = size_t{1} << order; n > 8;) {
         const size_t radix = passRadix(n);
+        const RoundedRoots all = roots->all(order);
         for (size_t p = 0; p < n / radix; ++p)
-            for (size_t k = 1; k < radix; ++k, out += 2) put(out, roots->at(p * k, order));
+            for (size_t k = 1; k < radix; ++k, out += 2) put(out, all[p * k]);
         order -= radix == 8 ? 3 : 2;
         n /= radix;
     }
@@ -58,7 +60,10 @@ inline SplitRoots wholeTable(Areas& areas, const Roots* roots, int order) {
     if (order <= kMaxOrderWithoutTables) return {order, order, kRootsOf8, nullptr};
     const size_t count = size_t{1} << (order - 2);
     double* table = areas.take<double>(2 * count);
-    for (size_t i = 0; roots != nullptr && i < count; ++i) put(table + 2 * i, roots->at(i, order));
+    if (roots != nullptr) {
+        const RoundedRoots all = roots->all(order);
+        for (size_t i = 0; i < count; ++i) put(table + 2 * i, all[i]);
+    }
     return {order, order, table, nullptr};
 }
 
@@ -98,6 +103,12 @@ inline FftTables complexTables(Areas& areas, const Roots* roots, int order, bool
         if (t.huge != nullptr) t.huge[i - t.order - 1] = huge;
     }
     return t;
+}
+
+// The order of the roots that the tables above are full of.
+inline int tableOrder(int order) {
+    if (order <= kMaxPlainOrder) return order;
+    return largeScratch(order > kMaxBufferOrder ? kMaxBufferOrder : order).columnOrder;
 }
 
 // Bytes of work buffer, with room to align it; complex orders up to kMaxStackOrder need none.
