@@ -39,69 +39,40 @@ using DoublePrecision = X87Precision<0x200>;
 // For long double, in every build.
 using ExtendedPrecision = X87Precision<0x300>;
 
-// For its life comparisons, minima and maxima take subnormal numbers for what they are, where the caller has
-// set denormals-are-zero, which comes back at the end.
-class SubnormalsKept {
+// For its life a bit of the SSE unit's control word is set or not, in the builds that compute with it; the
+// caller's comes back at the end.
+template <uint32_t kBit, bool kSet>
+class SseControl {
   public:
-    ZPP_INLINE SubnormalsKept() {
+    ZPP_INLINE SseControl() {
 #ifdef __SSE2_MATH__
         __asm__ volatile("stmxcsr %0" : "=m"(caller_));
-        if ((caller_ & kDenormalsAreZero) != 0) [[unlikely]]
-            setControl(caller_ & ~kDenormalsAreZero);
+        if (differs()) load(caller_ ^ kBit);
 #endif
     }
-    ZPP_INLINE ~SubnormalsKept() {
-        if ((caller_ & kDenormalsAreZero) != 0) [[unlikely]]
-            setControl(caller_);
+    ZPP_INLINE ~SseControl() {
+#ifdef __SSE2_MATH__
+        if (differs()) load(caller_);
+#endif
     }
-    SubnormalsKept(const SubnormalsKept&) = delete;
-    SubnormalsKept& operator=(const SubnormalsKept&) = delete;
+    SseControl(const SseControl&) = delete;
+    SseControl& operator=(const SseControl&) = delete;
 
   private:
-    static constexpr uint32_t kDenormalsAreZero = 0x40;
-
-    ZPP_INLINE static void setControl([[maybe_unused]] uint32_t word) {
 #ifdef __SSE2_MATH__
-        __asm__ volatile("ldmxcsr %0" : : "m"(word) : "memory");
-#endif
-    }
+    // Programs seldom set the bits.
+    ZPP_INLINE bool differs() const { return __builtin_expect(((caller_ & kBit) != 0) != kSet, kSet); }
+    ZPP_INLINE static void load(uint32_t word) { __asm__ volatile("ldmxcsr %0" : : "m"(word) : "memory"); }
 
-    uint32_t caller_ = 0;
+    uint32_t caller_;
+#endif
 };
 
-// For its life results below the normal range are zeros, where the processor has a switch for that: a
-// recursion that fades away would otherwise compute with subnormal numbers for long, which takes some
-// processors 50 times as long. Operands are taken for what they are. The caller's setting comes back at
-// the end.
-class SubnormalsFlushed {
-  public:
-    ZPP_INLINE SubnormalsFlushed() {
-#ifdef __SSE2_MATH__
-        __asm__ volatile("stmxcsr %0" : "=m"(caller_));
-        if ((caller_ & kFlushToZero) == 0) [[likely]]
-            setControl(caller_ | kFlushToZero);
-#endif
-    }
-    ZPP_INLINE ~SubnormalsFlushed() {
-#ifdef __SSE2_MATH__
-        if ((caller_ & kFlushToZero) == 0) [[likely]]
-            setControl(caller_);
-#endif
-    }
-    SubnormalsFlushed(const SubnormalsFlushed&) = delete;
-    SubnormalsFlushed& operator=(const SubnormalsFlushed&) = delete;
-
-  private:
-    static constexpr uint32_t kFlushToZero = 0x8000;
-
-    ZPP_INLINE static void setControl([[maybe_unused]] uint32_t word) {
-#ifdef __SSE2_MATH__
-        __asm__ volatile("ldmxcsr %0" : : "m"(word) : "memory");
-#endif
-    }
-
-    [[maybe_unused]] uint32_t caller_ = 0;
-};
+// Comparisons, minima and maxima take subnormal numbers for what they are, not for zeros.
+using SubnormalsKept = SseControl<0x40, false>;
+// Results below the normal range are zeros: a recursion that fades away would otherwise compute with
+// subnormal numbers for long, which takes some processors 50 times as long.
+using SubnormalsFlushed = SseControl<0x8000, true>;
 
 // An intermediate sum or difference, infinite where a double is: the x87 register is stored and loaded again.
 // Nothing more is needed of a sum, as one below 2^-1022 is exact.
