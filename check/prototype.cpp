@@ -62,10 +62,10 @@ Argument parseArgument(const std::string& text) {
     return a;
 }
 
-// "arith" for the header .../zpp/arith.h.
+// "arith" for the headers .../zpp/arith.h and .../zpp/arith/x.h.
 std::string folderOf(const std::string& header) {
-    const std::size_t begin = header.find_last_of("/\\") + 1;
-    return header.substr(begin, header.rfind('.') - begin);
+    const std::size_t begin = header.rfind("zpp") + 4;
+    return header.substr(begin, header.find_first_of("/\\.", begin) - begin);
 }
 
 // Whether a text is like the first of the patterns.
