@@ -1,11 +1,11 @@
 // The errors of the transforms, beside FFTW's and those of a peer behind a pipe. bench/accuracy runs this
 // program and prints the table.
 //
-// Written to standard output are lines: "case <kind> <direction> <data> <order>", then for each library
-// "error <who> <root mean square> <largest>", the first relative to that of the exact result, the second to
-// its largest value, both in units of 2^-53. With --peer NAME the line "ask <kind> <direction> <numbers>"
-// stands between them, is followed by so many doubles, and answered on standard input by the doubles of the
-// result.
+// Written to standard output are lines: "case <kind> <direction> <data> <size>", where the size is an order,
+// of cosine transforms a length, then for each library "error <who> <root mean square> <largest>", the first
+// relative to that of the exact result, the second to its largest value, both in units of 2^-53. With --peer
+// NAME the line "ask <kind> <direction> <numbers>" stands between them, is followed by so many doubles, and
+// answered on standard input by the doubles of the result.
 #include <algorithm>
 #include <cmath>
 #include <complex>
@@ -157,9 +157,9 @@ Doubles asked(const Case& c, const Doubles& in, size_t outputs) {
     return out;
 }
 
-void report(const char* who, const Case& c, const std::vector<long double>& exact, const Doubles& result) {
-    // Elements, of one number or two.
-    const size_t step = c.real && c.inverse ? 1 : 2;
+// Of elements of one number or two.
+template <class Results>
+void report(const char* who, size_t step, const std::vector<long double>& exact, const Results& result) {
     long double errors = 0, squares = 0, worst = 0, largest = 0;
     for (size_t i = 0; i < exact.size(); i += step) {
         long double error = 0, square = 0;
@@ -180,12 +180,85 @@ void measure(const Case& c, const char* peer) {
     const std::vector<Exact> x = inputOf(c);
     const Doubles in = numbersOf<double>(c, x, false);
     const auto exact = numbersOf<long double>(c, transformed(x, c.inverse), true);
+    const size_t step = c.real && c.inverse ? 1 : 2;
     std::printf("case %s %s %s %d\n", c.kind(), c.direction(), c.data, c.order);
-    report("zpp", c, exact, ours(c, in, exact.size()));
+    report("zpp", step, exact, ours(c, in, exact.size()));
 #ifdef ZPP_HAVE_FFTW
-    report("FFTW", c, exact, fftw(c, in, exact.size()));
+    report("FFTW", step, exact, fftw(c, in, exact.size()));
 #endif
-    if (peer != nullptr) report(peer, c, exact, asked(c, in, exact.size()));
+    if (peer != nullptr) report(peer, step, exact, asked(c, in, exact.size()));
+}
+
+// sum over j of x[j] cos(pi (2 j + 1) k / (2 n)), or over k, times what makes the transform orthogonal: for
+// powers of two by an FFT, else as it is defined.
+std::vector<long double> cosines(const std::vector<long double>& x, bool inverse) {
+    const size_t n = x.size();
+    const long double turn = 6.28318530717958647692528676655900577L;
+    const auto scale = [=](size_t k) {
+        return std::sqrt((k == 0 ? 1.0L : 2.0L) / static_cast<long double>(n));
+    };
+    const auto angle = [=](size_t i) {
+        return turn * static_cast<long double>(i) / static_cast<long double>(4 * n);
+    };
+    std::vector<long double> y(n);
+    if ((n & (n - 1)) == 0) {  // the real part of the FFT of 2 n elements that half a sample turns
+        std::vector<Exact> z(2 * n);
+        for (size_t j = 0; j < n; ++j) z[j] = inverse ? std::polar(x[j] * scale(j), angle(j)) : x[j];
+        z = transformed(std::move(z), inverse);
+        for (size_t k = 0; k < n; ++k)
+            y[k] = inverse ? z[k].real() : scale(k) * (z[k] * std::polar(1.0L, -angle(k))).real();
+        return y;
+    }
+    std::vector<long double> table(4 * n);
+    for (size_t i = 0; i < 4 * n; ++i) table[i] = std::cos(angle(i));
+    for (size_t i = 0; i < n; ++i)
+        for (size_t j = 0; j < n; ++j) {
+            const size_t k = inverse ? j : i, time = inverse ? i : j;
+            y[i] += scale(k) * x[j] * table[(2 * time + 1) * k % (4 * n)];
+        }
+    return y;
+}
+
+Doubles ourCosines(const Doubles& in, bool inverse) {
+    Doubles out(in.size());
+    ZppsDCTSpec* spec = nullptr;
+    const int length = static_cast<int>(in.size());
+    check((inverse ? zppsDCTInvInitAlloc_64f : zppsDCTFwdInitAlloc_64f)(&spec, length, 0) == zppStatusOk &&
+              (inverse ? zppsDCTInv_64f : zppsDCTFwd_64f)(in.data(), out.data(), spec, nullptr) ==
+                  zppStatusOk &&
+              (inverse ? zppsDCTInvFree_64f : zppsDCTFwdFree_64f)(spec) == zppStatusOk,
+          "zpp");
+    return out;
+}
+
+#ifdef ZPP_HAVE_FFTW
+// Scaled as ours, without another rounding; those of a first number of 0 for the inverse, which it weighs
+// otherwise.
+std::vector<long double> fftwCosines(Doubles in, bool inverse) {
+    const size_t n = in.size();
+    Doubles out(n);
+    const fftw_plan plan = fftw_plan_r2r_1d(static_cast<int>(n), in.data(), out.data(),
+                                            inverse ? FFTW_REDFT01 : FFTW_REDFT10, FFTW_ESTIMATE);
+    fftw_execute(plan);
+    fftw_destroy_plan(plan);
+    std::vector<long double> scaled(out.begin(), out.end());
+    for (size_t k = 0; k < n; ++k)
+        scaled[k] *= std::sqrt((k == 0 && !inverse ? 0.25L : 0.5L) / static_cast<long double>(n));
+    return scaled;
+}
+#endif
+
+void measureCosines(int length, bool inverse) {
+    Doubles in(static_cast<size_t>(length));
+    std::mt19937_64 random(static_cast<unsigned>(length));
+    for (double& x : in) x = std::ldexp(static_cast<double>(random() >> 11), -52) - 1;
+    if (inverse) in[0] = 0;
+    const auto exact = cosines({in.begin(), in.end()}, inverse);
+    std::printf("case cosine %s random %d\n", inverse ? "inverse" : "forward", length);
+    report("zpp", 1, exact, ourCosines(in, inverse));
+#ifdef ZPP_HAVE_FFTW
+    report("FFTW", 1, exact, fftwCosines(in, inverse));
+#endif
 }
 
 // The binding of this name, or with null what the load chose.
@@ -224,4 +297,8 @@ int main(int argc, char** argv) {
         for (const bool inverse : {false, true})
             for (const char* data : {"random", "impulse", "flat"})
                 for (int order = first; order <= last; ++order) measure({real, inverse, data, order}, peer);
+    for (const bool inverse : {false, true}) {
+        for (int order = first; order <= last; ++order) measureCosines(1 << order, inverse);
+        for (const int length : {100, 360, 1000, 1001, 10007}) measureCosines(length, inverse);
+    }
 }
