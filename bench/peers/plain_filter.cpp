@@ -124,8 +124,8 @@ void upTo(benchmark::State& state, int len) {
 [[maybe_unused]] const Peers convolutions(kWho, {
                                                     {"Conv_64f_16", timed<convolution<16>>},
                                                     {"Conv_64f_256", timed<convolution<256>>},
-                                                    {"Conv_64f_1000", upTo<convolution<1000>, 1 << 16>},
-                                                    {"Conv_64f_equal", upTo<convolution<0>, 1 << 14>},
+                                                    {"Conv_64f_1000", upTo<convolution<1000>, 1 << 14>},
+                                                    {"Conv_64f_equal", upTo<convolution<0>, 1 << 12>},
                                                 });
 
 }  // namespace
