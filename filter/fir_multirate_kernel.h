@@ -226,16 +226,20 @@ inline constexpr int kAtOnce = kRegisters == 8                 ? 2
                                : kRowVectors* kDoubles<T> == 1 ? 8
                                                                : 4;
 
-// `count` outputs of a phase, a multiple of kGroup.
+// `count` outputs of a phase, a multiple of kGroup. By reference: a copy of the whole would wait for the fields
+// to be stored.
 template <class T>
-[[gnu::noinline]] void meetStrided(Meeting<T> m, size_t len, size_t stride, size_t apart, size_t count) {
+[[gnu::noinline]] void meetStrided(const Meeting<T>& m, size_t len, size_t stride, size_t apart,
+                                   size_t count) {
     constexpr int most = kAtOnce<T>;
+    const T* x = m.x;
+    T* y = m.y;
     for (; count >= most; count -= most) {
-        meetStrided<most>(m, len, stride, apart);
-        m.x += most * stride;
-        m.y += most * apart;
+        meetStrided<most>(Meeting<T>{m.taps, x, m.mask, y}, len, stride, apart);
+        x += most * stride;
+        y += most * apart;
     }
-    if (count > 0) meetStrided<kGroup>(m, len, stride, apart);
+    if (count > 0) meetStrided<kGroup>(Meeting<T>{m.taps, x, m.mask, y}, len, stride, apart);
 }
 
 // Outputs, `count` up to kGroup, of any phases.
