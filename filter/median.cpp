@@ -97,11 +97,22 @@ void filterSmall(const T* src, T* dst, int64_t len) {
     }
 }
 
+// The order of the groups that lanes take side by side, of those of an order. All lanes together should not
+// make many more outputs than there are; where the groups are small, they are quick nevertheless.
+template <class T>
+int groupOrder(int order, int64_t len) {
+    constexpr int64_t lanes = kLanes<T>;
+    int low = order < kMaxGroupOrder ? order : kMaxGroupOrder;
+    if (order > 6 || lanes << order >= 8 * len)
+        while (low > kListOrder && len <= lanes << (low - 1)) --low;
+    return low;
+}
+
 template <class T>
 ZppStatus filterGroups(const T* src, T* dst, int64_t len, int64_t radius) {
     int order = 3;
     while (int64_t{1} << order <= radius) ++order;
-    const int lowOrder = order < kMaxGroupOrder ? order : kMaxGroupOrder;
+    const int lowOrder = groupOrder<T>(order, len);
     const size_t mask = 2 * static_cast<size_t>(radius) + 1, size = size_t{1} << order;
     const size_t together = static_cast<size_t>(kLanes<T>) << lowOrder;
     const size_t batch = size > together ? size : together;
