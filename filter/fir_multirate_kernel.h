@@ -226,8 +226,8 @@ inline constexpr int kAtOnce = kRegisters == 8                 ? 2
                                : kRowVectors* kDoubles<T> == 1 ? 8
                                                                : 4;
 
-// `count` outputs of a phase, a multiple of kGroup. By reference: a copy of the whole would wait for the fields
-// to be stored.
+// `count` outputs of a phase, a multiple of kGroup. By reference: a copy of the whole would wait for the
+// fields to be stored.
 template <class T>
 [[gnu::noinline]] void meetStrided(const Meeting<T>& m, size_t len, size_t stride, size_t apart,
                                    size_t count) {
