@@ -48,7 +48,9 @@ constexpr int kBatches = 25;
 }  // namespace
 
 bool addToDigest(const Function& f, std::uint64_t& digest) {
-    if (ownCheckOf(f) != nullptr || promiseOf(f) == Promise::kBound) return false;
+    if (ownCheckOf(f) != nullptr) return false;
+    const Promise promise = promiseOf(f);
+    if (promise == Promise::kNear || promise == Promise::kBound) return false;
     for (const int length : lengthsOf(f))
         for (int variant = 0; variant < 4; ++variant) {
             const Data data = variant < 2 ? ordinaryFor(f) : specialFor(f);

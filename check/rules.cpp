@@ -11,8 +11,8 @@
 namespace zpp::check {
 namespace {
 
-const Rules* const kRules[] = {&kFrameRules, &kArithRules,  &kDataRules,     &kStatsRules,
-                               &kIirRules,   &kFilterRules, &kTransformRules};
+const Rules* const kRules[] = {&kFrameRules, &kArithRules,  &kDataRules,      &kStatsRules,
+                               &kIirRules,   &kFilterRules, &kTransformRules, &kVmRules};
 
 // What is the same in all folders.
 const Extent kLength = stated("*", "pSrc* pDst*", 1);
@@ -138,6 +138,7 @@ const ObjectKind* objectOf(const Function& f) { return find(f.rules->objects, f)
 const OwnCheck* ownCheckOf(const Function& f) { return find(f.rules->ownChecks, f); }
 
 Promise promiseOf(const Function& f) { return find(f.rules->promises, f)->promise; }
+double restOf(const Function& f) { return find(f.rules->promises, f)->rest; }
 
 bool releasesObject(const Function& f) {
     const ObjectKind* kind = objectOf(f);

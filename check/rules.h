@@ -49,11 +49,13 @@ struct Optional {
 enum class Promise {
     kBits,    // to the last bit, whatever the bits mean
     kValues,  // to the last bit, but any NaN is as good as another
+    kNear,    // floating numbers to a unit in the last place, but any NaN is as good as another
     kBound,   // to a multiple of the number of terms
 };
 struct Promised {
     const char* functions;
     Promise promise;
+    double rest = 0;  // kNear: what numbers may differ by where terms cancel
 };
 
 // The objects that these functions take or make.
@@ -93,7 +95,7 @@ struct Rules {
 };
 
 extern const Rules kFrameRules, kArithRules, kDataRules, kStatsRules, kIirRules, kFilterRules,
-    kTransformRules;
+    kTransformRules, kVmRules;
 
 // Null if there are none.
 const Rules* rulesOf(const std::string& folder, const std::string& function);
@@ -107,6 +109,7 @@ const Number* numberOf(const Function& f, const Argument& a);
 const ObjectKind* objectOf(const Function& f);
 const OwnCheck* ownCheckOf(const Function& f);
 Promise promiseOf(const Function& f);
+double restOf(const Function& f);
 bool mayBeNull(const Function& f, const Argument& a);
 bool releasesObject(const Function& f);
 

@@ -271,7 +271,7 @@ class Trial {
 //
 // Bounded results are sums of no more terms than the longest of its vectors has, of numbers below 1.
 double toleranceOf(const Function& f, const Inputs& in, std::size_t part) {
-    if (promiseOf(f) != Promise::kBound) return 0;
+    if (promiseOf(f) != Promise::kBound) return restOf(f);
     return (in.sizes.length < 128 ? 128 : in.sizes.length) * (part == sizeof(float) ? 0x1p-23 : 0x1p-51);
 }
 
@@ -298,6 +298,14 @@ std::string textOf(const unsigned char* bytes, const Element& type) {
     return text;
 }
 
+// The same number, or one that is next to it.
+bool neighbours(const unsigned char* a, const unsigned char* b, std::size_t part) {
+    std::uint64_t x = 0, y = 0;
+    std::memcpy(&x, a, part);
+    std::memcpy(&y, b, part);
+    return x - y + 1 <= 2;
+}
+
 // The one place that says when two numbers are the same.
 bool same(const unsigned char* a, const unsigned char* b, const Element& type, Promise promise,
           double tolerance) {
@@ -305,6 +313,7 @@ bool same(const unsigned char* a, const unsigned char* b, const Element& type, P
     if (!type.floating || promise == Promise::kBits) return false;
     const double x = numberAt(a, type.part), y = numberAt(b, type.part);
     if (std::isnan(x) || std::isnan(y)) return std::isnan(x) && std::isnan(y);
+    if (promise == Promise::kNear && neighbours(a, b, type.part)) return true;
     if (x == y && promise != Promise::kBound) return false;  // zeros of different signs
     return tolerance > 0 && std::abs(x - y) <= tolerance;
 }

@@ -13,6 +13,19 @@ struct Complex {
     V re, im;
 };
 
+// Elements as numbers, one or two each.
+template <class T>
+inline constexpr int kParts = 1 + requires(T x) {
+    x.re;
+};
+template <class T>
+ZPP_INLINE auto* partsOf(T* p) {
+    if constexpr (kParts<T> == 2)
+        return &p->re;
+    else
+        return p;
+}
+
 // The second operand may be a single number, the same for all lanes.
 template <class A, class B>
 ZPP_INLINE auto operator+(Complex<A> a, Complex<B> b) {

@@ -131,19 +131,6 @@ ZPP_INLINE Complex<double> foldToParts(Complex<V> v, Combine combine) {
 constexpr auto addTerm = [](auto sum, auto term) ZPP_INLINE_LAMBDA { return stored(sum + term); };
 constexpr auto takeLarger = [](auto most, auto term) ZPP_INLINE_LAMBDA { return max(term, most); };
 
-// Elements as numbers, one or two each.
-template <class T>
-inline constexpr int kParts = 1 + requires(T x) {
-    x.re;
-};
-template <class T>
-ZPP_INLINE const auto* partsOf(const T* p) {
-    if constexpr (kParts<T> == 2)
-        return &p->re;
-    else
-        return p;
-}
-
 template <class D, class Finish, class Result>
 ZPP_INLINE void putResult(D* pDst, Finish finish, Result result) {
     if constexpr (kParts<D> == 2) {
@@ -156,7 +143,7 @@ ZPP_INLINE void putResult(D* pDst, Finish finish, Result result) {
 
 // Whether all elements are complex or none, of parts of this type.
 template <class Part, class S, class... Others>
-inline constexpr bool kAlike = std::is_same_v<decltype(*partsOf<S>(nullptr)), const Part&> &&
+inline constexpr bool kAlike = std::is_same_v<decltype(*partsOf<const S>(nullptr)), const Part&> &&
                                (... && std::is_same_v<S, Others>);
 
 // The lanes of sums. To widen singles to 512 bits takes the processor two steps.

@@ -282,6 +282,12 @@ ZPP_INLINE V magnitude(V v) {
         return bitCast<V>(bitCast<Vec<int64_t, sizeof(V) / 8>>(v) & 0x7FFFFFFFFFFFFFFF);
 }
 
+// v of an odd function of |x|.
+template <class V>
+ZPP_INLINE V withSignOfArgument(V x, V v) {
+    return exclusiveOr(v, exclusiveOr(x, magnitude(x)));
+}
+
 template <class V>
 ZPP_INLINE V squareRoot(V v) {
     if constexpr (std::is_same_v<V, double>) return __builtin_sqrt(v);
@@ -316,6 +322,31 @@ ZPP_INLINE bool any(M condition) {
         return _mm_movemask_epi8(bitCast<__m128i>(condition)) != 0;
 #endif
 }
+
+// The lanes of doubles in which a comparison held, lane i as bit i.
+template <class M>
+ZPP_INLINE uint64_t laneBits(M condition) {
+    if constexpr (std::is_arithmetic_v<M>) return condition != 0;
+#ifdef __AVX512F__
+    else if constexpr (sizeof(M) == 64)
+        return _mm512_movepi64_mask(bitCast<__m512i>(condition));
+#endif
+#ifdef __AVX2__
+    else if constexpr (sizeof(M) == 32)
+        return static_cast<uint64_t>(_mm256_movemask_pd(bitCast<__m256d>(condition)));
+#endif
+#ifdef __SSE2__
+    else
+        return static_cast<uint64_t>(_mm_movemask_pd(bitCast<__m128d>(condition)));
+#endif
+}
+
+// Whether mulAdd rounds once.
+#ifdef __FMA__
+inline constexpr bool kFuses = true;
+#else
+inline constexpr bool kFuses = false;
+#endif
 
 // a * b + c, fused where the build has it: only for results that are promised to a bound, not to the bit.
 template <class V>
@@ -352,6 +383,24 @@ ZPP_INLINE V pinned(V v) {
     __asm__("" : "+x"(v));
 #endif
     return v;
+}
+
+// Where several comparisons of doubles held, and where they did not hold together. Without AVX GCC 12 takes
+// masks apart by lanes to combine them, unless it knows nothing about them.
+template <class M, class... More>
+ZPP_INLINE auto allHeld(M first, More... more) {
+    if constexpr (sizeof(M) == 16)
+        return (pinned(first) & ... & pinned(more));
+    else
+        return (first & ... & more);
+}
+template <class... M>
+ZPP_INLINE auto whereNot(M... held) {
+    const auto all = allHeld(held...);
+    if constexpr (sizeof all == 16)
+        return ~all;
+    else
+        return all == 0;
 }
 
 // An array that is in memory here, whole: of what a loop has too few registers for a compiler otherwise keeps

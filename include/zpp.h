@@ -17,4 +17,5 @@
 #include "zpp/stats.h"
 #include "zpp/filter.h"
 #include "zpp/transform.h"
+#include "zpp/vm.h"
 /* clang-format on */

@@ -18,7 +18,7 @@ stage() {
 }
 
 stage "packages" install_packages g++ g++-multilib g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix cmake \
-    ninja-build pkg-config libgtest-dev libbenchmark-dev python3 binutils qemu-user valgrind xvfb xauth libsndfile1-dev libcairo2-dev sox ||
+    ninja-build pkg-config libgtest-dev libbenchmark-dev python3 python3-mpmath binutils qemu-user valgrind xvfb xauth libsndfile1-dev libcairo2-dev sox ||
     exit 1
 
 # 32-bit Wine first: it must not need the 64-bit one.

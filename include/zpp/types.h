@@ -84,5 +84,7 @@ typedef struct ZppsFFTSpec ZppsFFTSpec;
 typedef struct ZppsDCTSpec ZppsDCTSpec;
 typedef struct ZppsFIRState ZppsFIRState;
 typedef struct ZppsIIRState ZppsIIRState;
+typedef struct ZppsToneState ZppsToneState;
+typedef struct ZppsTriangleState ZppsTriangleState;
 
 #endif

@@ -62,8 +62,10 @@ struct WorstError {
 
     void add(double x, double actual, Wide expected) {
         const int exponent = std::max(std::ilogb(static_cast<double>(expected)), DBL_MIN_EXP - 1);
-        const double distance = static_cast<double>(Wide{actual} - expected);
-        const double error = std::fabs(std::ldexp(distance, DBL_MANT_DIG - 1 - exponent));
+        // In full, though half of the least subnormal number is no double.
+        const int more = exponent < 0 ? 200 : 0;
+        const double distance = static_cast<double>((Wide{actual} - expected) * Wide{more > 0 ? 0x1p200 : 1});
+        const double error = std::fabs(std::ldexp(distance, DBL_MANT_DIG - 1 - exponent - more));
         if (error <= ulps) return;
         ulps = std::isnan(error) ? std::numeric_limits<double>::infinity() : error;
         argument = x;
