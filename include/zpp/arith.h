@@ -209,9 +209,71 @@ ZPP_EXPORT(ZppStatus, zppsSqrt_64f_I, (Zpp64f* pSrcDst, int len))
 ZPP_EXPORT(ZppStatus, zppsSqrt_64fc, (const Zpp64fc* pSrc, Zpp64fc* pDst, int len))
 ZPP_EXPORT(ZppStatus, zppsSqrt_64fc_I, (Zpp64fc* pSrcDst, int len))
 
+/* Exponentials, logarithms, arctangents
+ *
+ * All vectors hold len elements. A destination may be the same array as a source, but not overlap one in part. Results
+ * are within 1 unit in the last place of the exact value (0.6 where the destination is double, 0.51 where it is single; exceptions
+ * are stated), under any rounding mode and any setting of the floating-point environment, which stays the caller's but
+ * that denormal arguments are zeros where that is set. Builds for different processors may differ in the last place, those
+ * for AVX2 and AVX-512 do not. Calls in several threads may share sources.
+ *
+ * Returned, in this order of checks: -8 for a null pointer; -6 for len <= 0; then the warnings below, with all results
+ * written. */
+
+/* pDst[i] = e^x for x = pSrc[i]. A finite x gives infinity and warning 12 where the result is above the range of the
+ * destination, and +0 and warning 17 where it is below; the last such element decides. Subnormal results, infinities and
+ * NaN make no warning. (In single: zppsExp_64f32f, below.) */
+ZPP_EXPORT(ZppStatus, zppsExp_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsExp_64f_I, (Zpp64f* pSrcDst, int len))
+
+/* pDst[i] = (e^re cos(im), e^re sin(im)), each part within 0.6 units in the last place: finite where it is, though e^re is
+ * not, and subnormal ones rounded once. Special values are those of cexp in C. No warning. */
+ZPP_EXPORT(ZppStatus, zppsExp_64fc, (const Zpp64fc* pSrc, Zpp64fc* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsExp_64fc_I, (Zpp64fc* pSrcDst, int len))
+
+/* pDst[i] = ln(pSrc[i]): of zero minus infinity, with warning 7, of a negative number the NaN with the bits
+ * 0xFFF8000000000000 (in single 0xFFC00000), with warning 8, which outranks 7. */
+ZPP_EXPORT(ZppStatus, zppsLn_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsLn_64f_I, (Zpp64f* pSrcDst, int len))
+
+/* pDst[i] = (ln(abs(z)), the angle of z = pSrc[i] in -pi ... pi), for every size of its parts. Next to abs(z) = 1,
+ * where nearly all of ln(abs(z)) cancels, its error is within the larger of 1 unit in the last place and 2^-105. The angle
+ * has the sign of im. Zero gives (minus infinity, 0) and warning 7; other special values are those of clog in C. */
+ZPP_EXPORT(ZppStatus, zppsLn_64fc, (const Zpp64fc* pSrc, Zpp64fc* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsLn_64fc_I, (Zpp64fc* pSrcDst, int len))
+
+/* As zppsExp_64f, computed in double and, where pDst is single, rounded to it. */
+ZPP_EXPORT(ZppStatus, zppsExp_32f64f, (const Zpp32f* pSrc, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsExp_64f32f, (const Zpp64f* pSrc, Zpp32f* pDst, int len))
+
+/* pDst[i] = e^pSrc[i] * 2^-scaleFactor, of which the exact value is rounded to nearest, ties to even, and saturated: for
+ * every element and every factor, though e^pSrc[i] leaves the range of doubles. The bits are the same on every processor.
+ * No warning. A call first computes the few values that are neither 0 nor saturated, which takes it as long as some
+ * hundred elements do. */
+ZPP_EXPORT(ZppStatus, zppsExp_32s_Sfs, (const Zpp32s* pSrc, Zpp32s* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsExp_32s_ISfs, (Zpp32s* pSrcDst, int len, int scaleFactor))
+
+/* As zppsLn_64f, computed in double and, where pDst is single, rounded to it. */
+ZPP_EXPORT(ZppStatus, zppsLn_32f64f, (const Zpp32f* pSrc, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsLn_64f32f, (const Zpp64f* pSrc, Zpp32f* pDst, int len))
+
+/* pDst[i] = ln(pSrc[i]) * 2^-scaleFactor, or 10 log10(pSrc[i]) * 2^-scaleFactor: the exact value rounded to nearest, ties to
+ * even, and saturated, for every element and every factor. The bits are the same on every processor. Zero and negative
+ * elements give -2147483648, with warning 7 or 8; 8 outranks 7. */
+ZPP_EXPORT(ZppStatus, zppsLn_32s_Sfs, (const Zpp32s* pSrc, Zpp32s* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zppsLn_32s_ISfs, (Zpp32s* pSrcDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zpps10Log10_32s_Sfs, (const Zpp32s* pSrc, Zpp32s* pDst, int len, int scaleFactor))
+ZPP_EXPORT(ZppStatus, zpps10Log10_32s_ISfs, (Zpp32s* pSrcDst, int len, int scaleFactor))
+
+/* pDst[i] = the arctangent of pSrc[i], within 1 unit in the last place (0.55 are reached); that of an infinity is pi / 2
+ * with its sign. No warning. */
+ZPP_EXPORT(ZppStatus, zppsArctan_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsArctan_64f_I, (Zpp64f* pSrcDst, int len))
+
 /* Shifts
  *
- * As above; and then -32 is returned for val < 0. */
+ * Vectors hold len elements. A destination may be the same array as a source, but not overlap one in part.
+ * Returned, in this order of checks: -8 for a null pointer; -6 for len <= 0; and then -32 is returned for val < 0. */
 
 /* pDst[i] = the bits of pSrc[i], val places to the left: zeros enter, what leaves is lost. 0 for val > 31. */
 ZPP_EXPORT(ZppStatus, zppsLShiftC_32s, (const Zpp32s* pSrc, int val, Zpp32s* pDst, int len))
