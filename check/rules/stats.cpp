@@ -3,10 +3,14 @@
 namespace zpp::check {
 namespace {
 
-constexpr Promised kPromises[] = {{"zppsSort*", Promise::kBits}, {"*", Promise::kValues}};
+constexpr Promised kPromises[] = {
+    {"zppsSort*", Promise::kBits},
+    {"zppsSumLn_*", Promise::kNear, 0x1p-40},  // twice the bound of sums of 4096 terms
+    {"*", Promise::kValues},
+};
 
 const Extent kExtents[] = {
-    stated("zppsSum_*", "pSum", 0, 1),
+    stated("zppsSum_* zppsSumLn_*", "pSum", 0, 1),
     stated("zppsMean_*", "pMean", 0, 1),
     stated("zppsStdDev_*", "pStdDev", 0, 1),
     stated("zppsNorm*", "pNorm", 0, 1),

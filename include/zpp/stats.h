@@ -67,6 +67,16 @@ ZPP_EXPORT(ZppStatus, zppsMaxOrder_32s, (const Zpp32s* pSrc, int len, int* pOrde
  * or a NaN, and wherever the order -1022 is that of such a subnormal number. */
 ZPP_EXPORT(ZppStatus, zppsMaxOrder_64f, (const Zpp64f* pSrc, int len, int* pOrder))
 
+/* *pSum = the sum of the natural logarithms of all elements, as the logarithm of their product, which neither overflows nor
+ * underflows. The error is below 2^-53 * (len + 8) and 2 units in the last place of the sum. Builds for different
+ * processors may differ in the last place, those for AVX2 and AVX-512 do not; the settings of the floating-point
+ * environment change nothing. A negative element makes the sum a NaN; a zero makes it minus infinity, unless an element is
+ * plus infinity or a NaN, which count as in a sum.
+ * Returned: -8 for a null pointer; -6 for len < 1; warning 8, with the result written, for a negative element, or else 7
+ * for a zero. */
+ZPP_EXPORT(ZppStatus, zppsSumLn_64f, (const Zpp64f* pSrc, int len, Zpp64f* pSum))
+ZPP_EXPORT(ZppStatus, zppsSumLn_32f64f, (const Zpp32f* pSrc, int len, Zpp64f* pSum))
+
 /* Norms and dot products
  *
  * Vectors hold len elements, results one. All is computed in double, every operation rounded, and summed as
