@@ -8,6 +8,8 @@ constexpr Promised kPromises[] = {
     {"zppsCopy_* zppsMove_* zppsSet_* zppsZero_* zppsFlip_* zppsSwapBytes_*", Promise::kBits},
     {"zppsReal_64fc zppsImag_64fc zppsCplxToReal_64fc zppsRealToCplx_64f", Promise::kBits},
     {"zppsConvert_16f32f", Promise::kBits},
+    {"zppsPhase_64f* zppsCartToPolar_*", Promise::kNear},
+    {"zppsPolarToCart_*", Promise::kBound},  // a cosine next to another one, times a magnitude
     {"*", Promise::kValues},
 };
 

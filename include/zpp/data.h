@@ -172,25 +172,23 @@ ZPP_EXPORT(ZppStatus, zppsMuLawToALaw_8u, (const Zpp8u* pSrc, Zpp8u* pDst, int l
  * Returned, in this order of checks: -8 for a null pointer; -6 for len <= 0; then, of complex members and LTInv, -19
  * for level < 0. Calls in several threads may share sources. */
 
-/* level instead of x < level (less; a NaN is kept) or of x > level (greater). */
+/* level instead of x < level (less; a NaN is kept) or of x > level (greater). Complex: z * sqrt(L / n) instead of z,
+ * which has the magnitude `level` and the same direction, where n < L or n > L; where n is 0, (level, 0). */
 ZPP_EXPORT(ZppStatus, zppsThreshold_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int len, Zpp64f level, ZppCmpOp relOp))
 ZPP_EXPORT(ZppStatus, zppsThreshold_64f_I, (Zpp64f* pSrcDst, int len, Zpp64f level, ZppCmpOp relOp))
+ZPP_EXPORT(ZppStatus, zppsThreshold_64fc,
+           (const Zpp64fc* pSrc, Zpp64fc* pDst, int len, Zpp64f level, ZppCmpOp relOp))
+ZPP_EXPORT(ZppStatus, zppsThreshold_64fc_I, (Zpp64fc* pSrcDst, int len, Zpp64f level, ZppCmpOp relOp))
 ZPP_EXPORT(ZppStatus, zppsThreshold_LT_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int len, Zpp64f level))
 ZPP_EXPORT(ZppStatus, zppsThreshold_LT_64f_I, (Zpp64f* pSrcDst, int len, Zpp64f level))
 ZPP_EXPORT(ZppStatus, zppsThreshold_GT_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int len, Zpp64f level))
 ZPP_EXPORT(ZppStatus, zppsThreshold_GT_64f_I, (Zpp64f* pSrcDst, int len, Zpp64f level))
-ZPP_EXPORT(ZppStatus, zppsThreshold_LT_32s, (const Zpp32s* pSrc, Zpp32s* pDst, int len, Zpp32s level))
-ZPP_EXPORT(ZppStatus, zppsThreshold_LT_32s_I, (Zpp32s* pSrcDst, int len, Zpp32s level))
-
-/* z * sqrt(L / n) instead of z, which has the magnitude `level` and the same direction, where n < L (less) or n > L
- * (greater); where n is 0, (level, 0). */
-ZPP_EXPORT(ZppStatus, zppsThreshold_64fc,
-           (const Zpp64fc* pSrc, Zpp64fc* pDst, int len, Zpp64f level, ZppCmpOp relOp))
-ZPP_EXPORT(ZppStatus, zppsThreshold_64fc_I, (Zpp64fc* pSrcDst, int len, Zpp64f level, ZppCmpOp relOp))
 ZPP_EXPORT(ZppStatus, zppsThreshold_LT_64fc, (const Zpp64fc* pSrc, Zpp64fc* pDst, int len, Zpp64f level))
 ZPP_EXPORT(ZppStatus, zppsThreshold_LT_64fc_I, (Zpp64fc* pSrcDst, int len, Zpp64f level))
 ZPP_EXPORT(ZppStatus, zppsThreshold_GT_64fc, (const Zpp64fc* pSrc, Zpp64fc* pDst, int len, Zpp64f level))
 ZPP_EXPORT(ZppStatus, zppsThreshold_GT_64fc_I, (Zpp64fc* pSrcDst, int len, Zpp64f level))
+ZPP_EXPORT(ZppStatus, zppsThreshold_LT_32s, (const Zpp32s* pSrc, Zpp32s* pDst, int len, Zpp32s level))
+ZPP_EXPORT(ZppStatus, zppsThreshold_LT_32s_I, (Zpp32s* pSrcDst, int len, Zpp32s level))
 
 /* value instead of x < level, which counts a NaN in (LT), or of x > level (GT); complex: where n < L, or n > L. */
 ZPP_EXPORT(ZppStatus, zppsThreshold_LTVal_64f, (const Zpp64f* pSrc, Zpp64f* pDst, int len, Zpp64f level, Zpp64f value))
@@ -225,8 +223,8 @@ ZPP_EXPORT(ZppStatus, zppsThreshold_LTInv_64fc_I, (Zpp64fc* pSrcDst, int len, Zp
  *
  * Complex vectors taken apart, put together and measured. All vectors hold len elements; pDst may be the same array as
  * a source of its own type, but not overlap it in part, nor any source of another type. A form in place gives the
- * results of the one out of place. Each operation is rounded to double, without care for what leaves the range on the
- * way: a magnitude whose square overflows is infinite.
+ * results of the one out of place. But for phases and what is made of them, each operation is rounded to double, without
+ * care for what leaves the range on the way: a magnitude whose square overflows is infinite.
  *
  * Returned, in this order of checks: -8 for a null pointer; -6 for len <= 0. Calls in several threads may share
  * sources. */
@@ -258,6 +256,27 @@ ZPP_EXPORT(ZppStatus, zppsMagnitude_32sc_Sfs, (const Zpp32sc* pSrc, Zpp32s* pDst
 /* (re re + im im) * 2^-scaleFactor, exact, then rounded to nearest, ties to even, and saturated; for every
  * scaleFactor. */
 ZPP_EXPORT(ZppStatus, zppsMagSquared_32sc32s_Sfs, (const Zpp32sc* pSrc, Zpp32s* pDst, int len, int scaleFactor))
+
+/* The angle of (re, im), -pi .. pi, within 0.55 units in the last place: as atan2(im, re) of C, of zeros and infinities
+ * too. */
+ZPP_EXPORT(ZppStatus, zppsPhase_64fc, (const Zpp64fc* pSrc, Zpp64f* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsPhase_64f, (const Zpp64f* pSrcRe, const Zpp64f* pSrcIm, Zpp64f* pDst, int len))
+
+/* The angle of (re, im) * 2^-scaleFactor, exact, then rounded to nearest and saturated, for every scaleFactor. That of
+ * (0, 0) is 0; no other one is a half. */
+ZPP_EXPORT(ZppStatus, zppsPhase_32sc_Sfs, (const Zpp32sc* pSrc, Zpp32s* pDst, int len, int scaleFactor))
+
+/* What zppsMagnitude and zppsPhase give. */
+ZPP_EXPORT(ZppStatus, zppsCartToPolar_64fc, (const Zpp64fc* pSrc, Zpp64f* pDstMagn, Zpp64f* pDstPhase, int len))
+ZPP_EXPORT(ZppStatus, zppsCartToPolar_64f,
+           (const Zpp64f* pSrcRe, const Zpp64f* pSrcIm, Zpp64f* pDstMagn, Zpp64f* pDstPhase, int len))
+
+/* (m cos p, m sin p) of a magnitude and a phase of any size, each within 2 units in the last place; an infinite phase
+ * gives NaN. */
+ZPP_EXPORT(ZppStatus, zppsPolarToCart_64fc,
+           (const Zpp64f* pSrcMagn, const Zpp64f* pSrcPhase, Zpp64fc* pDst, int len))
+ZPP_EXPORT(ZppStatus, zppsPolarToCart_64f,
+           (const Zpp64f* pSrcMagn, const Zpp64f* pSrcPhase, Zpp64f* pDstRe, Zpp64f* pDstIm, int len))
 
 /* re re + im im */
 ZPP_EXPORT(ZppStatus, zppsPowerSpectr_64fc, (const Zpp64fc* pSrc, Zpp64f* pDst, int len))
