@@ -11,7 +11,7 @@
 namespace zpp::check {
 namespace {
 
-const Rules* const kRules[] = {&kFrameRules, &kArithRules,  &kDataRules,      &kStatsRules,
+const Rules* const kRules[] = {&kFrameRules, &kArithRules,  &kDataRules,      &kStatsRules, &kGenRules,
                                &kIirRules,   &kFilterRules, &kTransformRules, &kVmRules};
 
 // What is the same in all folders.

@@ -94,7 +94,7 @@ struct Rules {
     const char* functions = "*";   // of the folder, that these rules are for
 };
 
-extern const Rules kFrameRules, kArithRules, kDataRules, kStatsRules, kIirRules, kFilterRules,
+extern const Rules kFrameRules, kArithRules, kDataRules, kStatsRules, kGenRules, kIirRules, kFilterRules,
     kTransformRules, kVmRules;
 
 // Null if there are none.

@@ -15,6 +15,7 @@
 #include "zpp/arith.h"
 #include "zpp/data.h"
 #include "zpp/stats.h"
+#include "zpp/gen.h"
 #include "zpp/filter.h"
 #include "zpp/transform.h"
 #include "zpp/vm.h"
