@@ -1,5 +1,5 @@
 // Elementwise arithmetic.
-#include "bench/jobs.h"
+#include "bench/positive.h"
 
 namespace zpp::bench {
 namespace {
@@ -28,10 +28,19 @@ namespace {
 };
 
 [[maybe_unused]] const Jobs roots = {
-    {"Abs_32s", 8, timed<zppsAbs_32s>},
-    {"Sqr_64fc", 32, timed<zppsSqr_64fc>},
-    {"Sqrt_64f", 16, timed<zppsSqrt_64f>},
+    {"Abs_32s", 8, timed<zppsAbs_32s>},      {"Sqr_64fc", 32, timed<zppsSqr_64fc>},
+    {"Sqrt_64f", 16, timed<zppsSqrt_64f>},   {"Arctan_64f", 16, timed<zppsArctan_64f>},
     {"Sqrt_64fc", 32, timed<zppsSqrt_64fc>},
+};
+
+[[maybe_unused]] const Jobs elementary = {
+    {"Exp_64f", 16, timed<zppsExp_64f>},
+    {"Exp_64fc", 32, timed<zppsExp_64fc>},
+    {"Exp_32s_Sfs", 8, timed<zppsExp_32s_Sfs, 2>},
+    {"Ln_64f", 16, timedOfPositive<zppsLn_64f>},
+    {"Ln_64fc", 32, timed<zppsLn_64fc>},
+    {"Ln_32s_Sfs", 8, timedOfPositive<zppsLn_32s_Sfs, -20>},
+    {"10Log10_32s_Sfs", 8, timedOfPositive<zpps10Log10_32s_Sfs, -20>},
 };
 
 }  // namespace

@@ -1,5 +1,6 @@
 // Reductions: their limit is to load what they read. Complex L1 norms are bound by their square roots. And
 // sorting.
+#include "bench/positive.h"
 #include "bench/sorting.h"
 
 namespace zpp::bench {
@@ -25,6 +26,7 @@ namespace {
     {"DotProd_64fc", 32, timed<zppsDotProd_64fc>},
     {"DotProd_32f64f", 8, timed<zppsDotProd_32f64f>},
     {"DotProd_32s_Sfs", 8, timed<zppsDotProd_32s_Sfs, 20>},
+    {"SumLn_64f", 8, timedOfPositive<zppsSumLn_64f>},
 };
 
 [[maybe_unused]] const Jobs maps = {

@@ -3,15 +3,17 @@
 #
 #     scripts/bench.sh [options]              in time, with its peers, or with --builds its builds with each other
 #     scripts/bench.sh accuracy [options]     the transforms in error
+#     scripts/bench.sh ulp [options]          the elementary functions in error
 #     scripts/bench.sh report                 in time, both targets, all of it, written to docs/performance.md
 #
-# bench/compare --help and bench/accuracy --help tell the options. Times are also written to build/bench/bench.csv and
+# bench/compare, bench/accuracy and bench/ulp tell the options by --help. Times are also written to build/bench/bench.csv and
 # bench.png. TARGET=linux-i386 takes the library for 32 bits. Installs what it needs (Debian, Ubuntu).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/install-packages.sh
 install_packages g++ cmake ninja-build pkg-config libbenchmark-dev libfftw3-dev libeigen3-dev libvolk2-dev \
     libopenblas-dev python3 python3-matplotlib python3-numpy
+install_packages libsleef-dev || echo "Without SLEEF" >&2
 install_packages libhwy-dev || echo "Without the sort of Highway" >&2
 install_packages clang-19 || install_packages clang || echo "Without the loops of clang" >&2
 
@@ -53,6 +55,10 @@ case "${1:-}" in
     accuracy)
         shift
         exec $python bench/accuracy --build "$(build linux-x86_64)" "$@"
+        ;;
+    ulp)
+        shift
+        exec $python bench/ulp --build "$(build linux-x86_64)" "$@"
         ;;
     *) exec $python bench/compare --build "$(build "${TARGET:-linux-x86_64}")" "$@" ;;
 esac

@@ -2,7 +2,7 @@
 // set of flags that a user would choose, ZPP_WHO by name.
 #pragma once
 
-#include "bench/jobs.h"
+#include "bench/positive.h"
 
 namespace zpp::bench {
 namespace {
@@ -41,6 +41,11 @@ constexpr auto reduceOf(R (*)(First, S...)) {
 template <auto kOp>
 void map(benchmark::State& state, int len) {
     timed<mapOf<kOp>(+kOp)>(state, len);
+}
+// The same of positive numbers.
+template <auto kOp>
+void mapPositive(benchmark::State& state, int len) {
+    timedOfPositive<mapOf<kOp>(+kOp)>(state, len);
 }
 // r = op(r, src[i]...) from r = 0 on
 template <auto kOp>

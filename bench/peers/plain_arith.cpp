@@ -89,8 +89,30 @@ C complexRoot(C z) {
                                                   return C{(z.re + z.im) * (z.re - z.im), z.re * z.im * 2};
                                               }>},
                                              {"Sqrt_64f", map<[](double x) { return std::sqrt(x); }>},
+                                             {"Arctan_64f", map<[](double x) { return std::atan(x); }>},
                                              {"Sqrt_64fc", map<[](C z) { return complexRoot(z); }>},
                                          });
+
+Zpp32s scaledDouble(double x) {  // not always rounded right
+    return static_cast<Zpp32s>(std::rint(2147483647.0 < x ? 2147483647.0 : x));
+}
+
+[[maybe_unused]] const Peers elementary(
+    kWho,
+    {
+        {"Exp_64f", map<[](double x) { return std::exp(x); }>},
+        {"Exp_64fc", map<[](C z) {
+             const double size = std::exp(z.re);
+             return C{size * std::cos(z.im), size * std::sin(z.im)};
+         }>},
+        {"Exp_32s_Sfs", map<[](Zpp32s x) { return scaledDouble(std::exp(x) * 0.25); }>},
+        {"Ln_64f", mapPositive<[](double x) { return std::log(x); }>},
+        {"Ln_64fc", map<[](C z) {
+             return C{0.5 * std::log(z.re * z.re + z.im * z.im), std::atan2(z.im, z.re)};
+         }>},
+        {"Ln_32s_Sfs", mapPositive<[](Zpp32s x) { return scaledDouble(std::log(x) * 1048576); }>},
+        {"10Log10_32s_Sfs", mapPositive<[](Zpp32s x) { return scaledDouble(std::log10(x) * 10485760); }>},
+    });
 
 }  // namespace
 }  // namespace zpp::bench

@@ -187,6 +187,11 @@ void normalize(const T* __restrict src, T* __restrict dst, int len, Less less, d
               {"Magnitude_64f", map<[](double re, double im) { return std::sqrt(power(re, im)); }>},
               {"Magnitude_32sc_Sfs", map<magnitude>},
               {"MagSquared_32sc32s_Sfs", map<squared>},
+              {"Phase_64fc", map<[](Zpp64fc z) { return std::atan2(z.im, z.re); }>},
+              {"Phase_64f", map<[](double re, double im) { return std::atan2(im, re); }>},
+              {"PolarToCart_64fc", map<[](double m, double p) {
+                   return Zpp64fc{m * std::cos(p), m * std::sin(p)};
+               }>},
               {"PowerSpectr_64fc", map<[](Zpp64fc z) { return power(z.re, z.im); }>},
               {"PowerSpectr_64f", map<power>},
               {"Normalize_64f", timed<normalize<double, double>>},

@@ -42,6 +42,8 @@ C addProduct(C sum, C a, C b) {
     return {sum.re + (a.re * b.re - a.im * b.im), sum.im + (a.re * b.im + a.im * b.re)};
 }
 
+constexpr auto sumOfLogarithm = [](double sum, double x) { return sum + std::log(x); };
+
 template <class T, class Order>
 void sort(T* p, int len) {
     std::sort(p, p + len, Order());
@@ -73,6 +75,7 @@ void sort(T* p, int len) {
         {"DotProd_64fc", reduce<[](C sum, C a, C b) { return addProduct(sum, a, b); }>},
         {"DotProd_32f64f", reduce<[](double sum, float a, float b) { return sum + double{a} * b; }>},
         {"DotProd_32s_Sfs", reduce<[](double sum, Zpp32s a, Zpp32s b) { return sum + double(a) * b; }>},
+        {"SumLn_64f", timedOfPositive<reduceOf<sumOfLogarithm>(+sumOfLogarithm)>},
         {"SortAscend_32s_I", timedSort<Zpp32s, sort<Zpp32s, std::less<>>>},
         {"SortDescend_32s_I", timedSort<Zpp32s, sort<Zpp32s, std::greater<>>>},
         {"SortAscend_64f_I", timedSort<Zpp64f, sort<Zpp64f, std::less<>>>},
