@@ -126,10 +126,8 @@ std::string number(double value) {
     return text;
 }
 
-double decibels(double power) { return 10 * std::log10(std::max(power, 1e-30)); }
-
 double loudest(const Spectrogram& spectrogram) {
-    return decibels(*std::max_element(spectrogram.power.begin(), spectrogram.power.end()));
+    return *std::max_element(spectrogram.levels.begin(), spectrogram.levels.end());
 }
 
 // The level in dB between the columns and bins next to a place that is given in columns and bins.
@@ -141,7 +139,7 @@ double levelAt(const Spectrogram& spectrogram, double column, double bin) {
               above = std::min(below + 1, spectrogram.bins - 1);
     const auto between = [](double from, double to, double part) { return from + (to - from) * part; };
     const auto alongTime = [&](int row) {
-        return between(decibels(spectrogram.at(left, row)), decibels(spectrogram.at(right, row)), x - left);
+        return between(spectrogram.at(left, row), spectrogram.at(right, row), x - left);
     };
     return between(alongTime(below), alongTime(above), y - below);
 }

@@ -17,26 +17,18 @@ int orderFor(int sampleRate) {
     return std::clamp(static_cast<int>(std::lround(std::log2(kWindowSeconds * sampleRate))), 4, 16);
 }
 
-std::vector<double> hannWindow(int length) {
-    std::vector<double> window(static_cast<size_t>(length));
-    for (int i = 0; i < length; ++i)
-        window[static_cast<size_t>(i)] = 0.5 - 0.5 * std::cos(2 * std::numbers::pi * i / length);
-    return window;
-}
-
 // Power spectra of windowed pieces of a signal.
 class Analyser {
   public:
-    explicit Analyser(int order) : length_(1 << order), window_(hannWindow(length_)) {
+    explicit Analyser(int order) : length_(1 << order), piece_(size_t{1} << order) {
         ZppsFFTSpec* spec = nullptr;
         check(zppsFFTInitAlloc_R_64f(&spec, order, 8, 0), "Preparing the transform");
         spec_.reset(spec);
         int size = 0;
         check(zppsFFTGetBufSize_R_64f(spec, &size), "Preparing the transform");
         buffer_.resize(static_cast<size_t>(size));
-        piece_.resize(window_.size());
-        spectrum_.resize(window_.size() + 2);
-        power_.resize(window_.size() / 2 + 1);
+        spectrum_.resize(piece_.size() + 2);
+        power_.resize(piece_.size() / 2 + 1);
     }
 
     int length() const { return length_; }
@@ -52,13 +44,14 @@ class Analyser {
         if (from < to)
             std::copy(samples.begin() + from, samples.begin() + to, piece_.begin() + (from - begin));
 
-        check(zppsMul_64f_I(window_.data(), piece_.data(), length_), "Windowing");
+        check(zppsWinHann_64f_I(piece_.data(), length_), "Windowing");
         check(zppsFFTFwd_RToCCS_64f(piece_.data(), spectrum_.data(), spec_.get(),
                                     buffer_.empty() ? nullptr : buffer_.data()),
               "Transforming");
 
-        // Mean square of the window: 3/8. Every bin but the first and the last stands for two.
-        const double scale = 4 / (0.375 * length_ * length_);
+        // Sum of the window's squares: 3/8 of one less than its length. Every bin but the first and the last
+        // stands for two.
+        const double scale = 4 / (0.375 * (length_ - 1) * length_);
         for (size_t bin = 0; bin < power_.size(); ++bin) {
             const double re = spectrum_[2 * bin], im = spectrum_[2 * bin + 1];
             power_[bin] = scale * (re * re + im * im);
@@ -70,10 +63,18 @@ class Analyser {
 
   private:
     int length_;
-    std::vector<double> window_, piece_, spectrum_, power_;
+    std::vector<double> piece_, spectrum_, power_;
     Owned<ZppsFFTSpec, zppsFFTFree_R_64f> spec_;
     std::vector<Zpp8u> buffer_;
 };
+
+// Powers as decibels, -300 of silence.
+void toLevels(std::vector<double>& powers) {
+    const int count = static_cast<int>(powers.size());
+    check(zppsThreshold_LT_64f_I(powers.data(), count, 1e-30), "Measuring levels");
+    check(zppsLn_64f_I(powers.data(), count), "Measuring levels");
+    check(zppsMulC_64f_I(10 / std::numbers::ln10, powers.data(), count), "Measuring levels");
+}
 
 }  // namespace
 
@@ -87,7 +88,7 @@ Spectrogram analyse(const Recording& recording, Band band, int maxColumns,
     result.bins = analyser.bins();
     result.columns = static_cast<int>(std::min<ptrdiff_t>(frames, maxColumns));
     const auto bins = static_cast<size_t>(result.bins);
-    result.power.resize(bins * static_cast<size_t>(result.columns));
+    result.levels.resize(bins * static_cast<size_t>(result.columns));
     std::vector<int> framesIn(static_cast<size_t>(result.columns));
     const auto bandBegin =
         static_cast<size_t>(std::ceil(band.low * analyser.length() / recording.sampleRate));
@@ -106,12 +107,11 @@ Spectrogram analyse(const Recording& recording, Band band, int maxColumns,
         if (frame < 0 || frame >= frames) continue;
         const auto column = static_cast<size_t>(frame * result.columns / frames);
         ++framesIn[column];
-        for (size_t bin = 0; bin < bins; ++bin)
-            result.power[column * bins + bin] += static_cast<float>(power[bin]);
+        for (size_t bin = 0; bin < bins; ++bin) result.levels[column * bins + bin] += power[bin];
         progress(static_cast<double>(frame + 1) / static_cast<double>(frames));
     }
-    for (size_t i = 0; i < result.power.size(); ++i)
-        result.power[i] /= static_cast<float>(framesIn[i / bins]);
+    for (size_t i = 0; i < result.levels.size(); ++i) result.levels[i] /= framesIn[i / bins];
+    toLevels(result.levels);
 
     const double framesOfSignal = static_cast<double>(recording.samples.size()) / static_cast<double>(hop);
     result.inside /= framesOfSignal;

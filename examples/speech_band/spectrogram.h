@@ -13,14 +13,15 @@ struct Band {
 };
 
 struct Spectrogram {
-    int bins = 0;              // of each column: 0 Hz to half the sample rate
-    int columns = 0;           // equally spaced over the recording
-    std::vector<float> power;  // columns x bins: mean power in a bin, 1 for a full-scale sine there
-    double inside = 0;         // mean power within the band and outside of it, 1 for a full-scale sine
+    int bins = 0;     // of each column: 0 Hz to half the sample rate
+    int columns = 0;  // equally spaced over the recording
+    std::vector<double>
+        levels;         // columns x bins: mean power in a bin, in dB of that of a full-scale sine there
+    double inside = 0;  // mean power within the band and outside of it, 1 for a full-scale sine
     double outside = 0;
 
-    float at(int column, int bin) const {
-        return power[static_cast<size_t>(column) * static_cast<size_t>(bins) + static_cast<size_t>(bin)];
+    double at(int column, int bin) const {
+        return levels[static_cast<size_t>(column) * static_cast<size_t>(bins) + static_cast<size_t>(bin)];
     }
 };
 
