@@ -4,7 +4,8 @@
 
 "package" installs it into a prefix, moves the prefix, and builds and runs programs of the consumer folder with it.
 "parent" does the same as a part of the project in the parent folder, once as a shared and once as a static library, from
-a copy of the sources.
+a copy of the sources. One ISA build and the frame are compiled again; the others get their flags in the same place, and
+their objects are those of BINARY.
 "refusals" configures it with what it cannot be built by.
 RUNNER in the environment is the command that runs programs of Windows, its words separated by bars.
 """
@@ -127,6 +128,21 @@ def package(folder):
     with_every_tool(prefix, folder)
 
 
+def launcher(folder):
+    """Of the compiler: copies the objects of the ISA builds that take longest."""
+    path = os.path.join(folder, "compile")
+    with open(path, "w") as script:
+        script.write(f"""#!/bin/sh
+object=$(expr "$*" : '.* -o \\([^ ]*\\)')
+case $object in
+    zpp/CMakeFiles/zpp_avx*.dir/*) exec cp "{BINARY}/${{object#zpp/}}" "$object" ;;
+esac
+exec "$@"
+""")
+    os.chmod(path, 0o755)
+    return path
+
+
 def parent(folder):
     """Compares the library, to the byte: a flag of the parent that reaches it shows in it, whatever it does, and so does
     the folder in which it is made, or time."""
@@ -136,7 +152,7 @@ def parent(folder):
         prefix = os.path.join(folder, shared)
         run(CMAKE, "-S", PARENT, "-B", build, "-G", GENERATOR, f"-DZPP={source}", f"-DBUILD_SHARED_LIBS={shared}",
             f"-DCMAKE_C_COMPILER={C}", f"-DCMAKE_CXX_COMPILER={CXX}", f"-DFLAGS={' '.join(FLAGS)}",
-            "-DCMAKE_CXX_COMPILER_LAUNCHER=")  # no cache
+            f"-DCMAKE_CXX_COMPILER_LAUNCHER={launcher(folder)}")
         run(CMAKE, "--build", build)
         if shared == "ON":
             name = f"libzpp.so.{VERSION}"
