@@ -21,7 +21,7 @@ struct ExpToSingle {
 
     static ZppStatus special(const double* x, double* y) {
         const ZppStatus ofDouble = Exp::special(x, y);
-        const bool finite = magnitude(*x) <= 0x1.fffffffffffffp1023;
+        const bool finite = magnitude(*x) <= kMostFinite;
         const float single = stored(static_cast<float>(*y));
         if (finite && single > 0x1.fffffep127F) return zppStatusOverflow;
         return finite && isZero(double{single}) ? zppStatusUnderflow : ofDouble;

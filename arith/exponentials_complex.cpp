@@ -15,8 +15,7 @@ namespace {
 struct ComplexExp {
     static constexpr int kSources = 2, kDestinations = 2;
     // Beyond it every product is infinite or 0.
-    static constexpr double kFarthest = 1480, kMostOrdinary = 640, kLeast = 0x1p-960,
-                            kMost = 0x1.fffffffffffffp1023;
+    static constexpr double kFarthest = 1480, kMostOrdinary = 640, kLeast = 0x1p-960;
 
     template <class V>
     ZPP_INLINE static auto run(const V (&x)[2], V (&y)[2]) {
@@ -40,9 +39,9 @@ struct ComplexExp {
         if (isZero(im) && im == im) {
             Exp::special(x, y);
             y[1] = im;
-        } else if (magnitude(im) <= kMost && re == re) {
+        } else if (magnitude(im) <= kMostFinite && re == re) {
             ofAny(re, im, y);
-        } else if (magnitude(re) > kMost) {  // and no angle
+        } else if (magnitude(re) > kMostFinite) {  // and no angle
             y[0] = re > 0 ? re : 0;
             y[1] = re > 0 ? im - im : 0;
         } else {
@@ -60,7 +59,7 @@ struct ComplexExp {
 
         ZPP_INLINE explicit Factor(const ExpParts<V>& e)
             : Factor(e, kFuses ? plusBits(e.head, e.k << 48) : e.head) {
-            if constexpr (!kFuses) power = bitCast<V>(((asUnsigned(e.k) >> e.kBits) + 1023) << 52);
+            if constexpr (!kFuses) power = e.power();
         }
         ZPP_INLINE Factor(const ExpParts<V>& e, V head) {
             if constexpr (kFuses) {
@@ -100,7 +99,7 @@ struct ComplexExp {
         const double x = re > kFarthest ? kFarthest : re < -kFarthest ? -kFarthest : re;
         const int half = x > 600 ? 1024 : x < -600 ? -1024 : 0;
         const ExpParts<double> e(x - half * kLnOf2High, -(half * kLnOf2Low));
-        const Factor<double> factor(e, kFuses ? kExpHead[e.k & 15] : e.head);
+        const Factor<double> factor(e, e.number());
         const int power = half + static_cast<int>(e.k >> e.kBits);
         y[0] = withSignOf(angle.k, scaled(factor.product(cosineSum(angle, small)), power));
         y[1] = withSignOfArgument(im, withSignOf(angle.k, scaled(factor.product(sine), power + exponent)));

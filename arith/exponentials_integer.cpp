@@ -17,7 +17,7 @@ class ScaledExponentials {
         first_ = static_cast<int32_t>(__builtin_floor((scaleFactor - 1.0) * 0.69314718055994530942));
         const LongExp e = longExp(first_);
         // 1/2 to 2; each further value is 1.44 bits longer.
-        Long value = scaled(e.value, powerOf2(static_cast<int>(e.exponent - scaleFactor)));
+        Long value = scaled(e.value, powerOfTwo<double>(static_cast<int>(e.exponent - scaleFactor)));
         for (int32_t& scaledValue : row_) {
             const bool fits = value.high < 0x1p31;
             const double integer = fits ? rounded(value) : 0x1p31;

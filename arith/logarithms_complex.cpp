@@ -5,10 +5,10 @@
 // is exact, so that the logarithm has but the error of the second part, 2^-106. Elsewhere it is .55 units in
 // the last place.
 #include "arith/exports.h"
+#include "core/scale.h"
 #include "vm/arctangent.h"
 #include "vm/driver.h"
 #include "vm/ln.h"
-#include "vm/long_sums.h"
 
 namespace zpp::ZPP_ISA {
 namespace {
@@ -21,32 +21,28 @@ ZPP_INLINE V lnOfMagnitude(V a, V b, V exponent) {
     const Sum<V> squareA = exactProduct(a, a), squareB = exactProduct(b, b);
     const Sum<V> sum = sumOf(squareA.high, squareB.high);
     const LnParts<bits, 0, V> parts(sum.high);
-    using I = typename LnParts<bits, 0, V>::I;
     const V k = parts.k + (exponent + exponent);
     const V zLow = (sum.low + (squareA.low + squareB.low)) * parts.scale();
-    V high, low, square;
+    V rest, square;
+    Sum<V> whole;
     if constexpr (kFuses) {
         V row[2];
         lookUp(kLnTable, parts.index, row);
         const V t = parts.z * row[0], r = t - 1.0;
         const V e = mulAdd(zLow, row[0], mulAdd(parts.z, row[0], -t));
-        const V w = mulAdd(k, broadcast<V>(kLnOf2High), row[1]);
-        const V rest = mulSubFrom(r, mulSubFrom(r, e, e), e);
-        high = w + r;
-        low = ((w - high) + r) + mulAdd(k, broadcast<V>(kLnOf2Low), rest);
+        whole = sumOf(mulAdd(k, broadcast<V>(kLnOf2High), row[1]), r);
+        rest = mulAdd(k, broadcast<V>(kLnOf2Low), mulSubFrom(r, mulSubFrom(r, e, e), e));
         square = r * r * polynomial(kLnPolynomial, r);
     } else {
         V row[4];
         lookUp(kLnFineTable, parts.index, row);
-        const V zHigh = bitCast<V>(bitCast<I>(parts.z) & ~int64_t{0xFFFFF});
-        const V first = zHigh * row[0] - 1.0, second = (parts.z - zHigh) * row[0];
-        const V r = first + second, e = ((first - r) + second) + zLow * row[0];
-        const V w = k * kLnOf2High + row[1];
-        high = w + r;
-        low = ((w - high) + r) + (k * kLnOf2Low + (row[2] + (e - e * r)));
+        const Sum<V> ratio = parts.ratio(row[0]);
+        const V r = ratio.high, e = ratio.low + zLow * row[0];
+        whole = sumOf(k * kLnOf2High + row[1], r);
+        rest = k * kLnOf2Low + (row[2] + (e - e * r));
         square = r * r * polynomial(kLnFinePolynomial, r);
     }
-    return 0.5 * (high + (low + square));
+    return 0.5 * (whole.high + ((whole.low + rest) + square));
 }
 
 struct ComplexLn {
@@ -67,23 +63,22 @@ struct ComplexLn {
             y[1] = 0;
             return zppStatusLnZeroArg;
         }
-        y[0] = re > kMost || im > kMost ? __builtin_inf()
-               : re == re && im == im   ? ofFinite(max(re, im), min(re, im))
-                                        : re + im;
+        y[0] = re > kMostFinite || im > kMostFinite ? __builtin_inf()
+               : re == re && im == im               ? ofFinite(max(re, im), min(re, im))
+                                                    : re + im;
         y[1] = angleOfAny(x[1], x[0]);
         return zppStatusOk;
     }
 
   private:
-    static constexpr double kMost = 0x1.fffffffffffffp1023;
-
     static double ofFinite(double a, double b) {
         // The square of so small a number is seen only beside 1 - 1.
         constexpr double least = 0x1p-460;
         if (b < least && a == 1) return 0.5 * b * b;
         const double up = a < least ? 0x1p600 : 1;
         const int exponent = static_cast<int>(bitCast<int64_t>(a * up) >> 52) - 1023;
-        const double half = powerOf2(-exponent / 2), rest = powerOf2(-exponent - -exponent / 2);
+        const double half = powerOfTwo<double>(-exponent / 2),
+                     rest = powerOfTwo<double>(-exponent - -exponent / 2);
         const double aScaled = a * up * half * rest, bScaled = b * up * half * rest;
         return lnOfMagnitude(aScaled, bScaled < least ? 0.0 : bScaled, exponent - (up > 1 ? 600.0 : 0.0));
     }

@@ -17,7 +17,7 @@ struct ScaledLogarithm {
 
     // Beyond these factors all results are 0 or saturated.
     explicit ScaledLogarithm(int scaleFactor)
-        : scale(powerOf2(-clamp(scaleFactor, -34, 34))), limit(0.5 - kError * scale) {}
+        : scale(powerOfTwo<double>(-clamp(scaleFactor, -34, 34))), limit(0.5 - kError * scale) {}
 
     template <class V>
     ZPP_INLINE auto run(const V (&x)[1], V (&y)[1]) const {

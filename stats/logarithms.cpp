@@ -66,7 +66,8 @@ class RunningProducts {
         product[0] *= ofSubnormals_;
         int64_t sum = more_ - 1023 * removed_;
         for (const int64_t e : exponent) sum += e;
-        if (-900 < sum && sum < 900) return lnOrdinary(product[0] * powerOf2(static_cast<int>(sum)));
+        if (-900 < sum && sum < 900)
+            return lnOrdinary(product[0] * powerOfTwo<double>(static_cast<int>(sum)));
         return static_cast<double>(sum) * 0.69314718055994530942 + lnOrdinary(product[0]);
     }
 

@@ -148,9 +148,8 @@ struct Scaled {
 // The same of any numbers.
 inline double angleOfAny(double y, double x) {
     if (y != y || x != x) return x + y;
-    constexpr double most = 0x1.fffffffffffffp1023;
     const auto positive = [](double v) { return bitCast<int64_t>(v) >= 0; };
-    const bool infiniteX = magnitude(x) > most, infiniteY = magnitude(y) > most;
+    const bool infiniteX = magnitude(x) > kMostFinite, infiniteY = magnitude(y) > kMostFinite;
     const double sizeX = infiniteY && !infiniteX ? 0 : magnitude(x),
                  sizeY = infiniteX && !infiniteY ? 0 : magnitude(y);
     const double left = positive(x) ? 0 : kPi;

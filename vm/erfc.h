@@ -70,15 +70,14 @@ struct Erfc {
     }
 
     static ZppStatus special(const double* x, double* y) {
-        if (*x != *x || *x > 0x1.fffffffffffffp1023) {
+        if (*x != *x || *x > kMostFinite) {
             *y = *x > 0 ? 0 : *x + *x;
             return zppStatusOk;
         }
         const ErfcFactors<double> factors(min(*x, 27.5), 26.0);  // the last row has all of these
         const ExpParts<double>& e = factors.exponential;
-        const int k = static_cast<int>(e.k);
-        const Sum<double> product = factors.product(kFuses ? kExpHead[k & 15] : e.head, e.tail);
-        *y = scaledOnce(product.high, product.low, k >> e.kBits);
+        const Sum<double> product = factors.product(e.number(), e.tail);
+        *y = scaledOnce(product.high, product.low, static_cast<int>(e.k) >> e.kBits);
         return *y == 0 ? zppStatusUnderflow : zppStatusOk;
     }
 };

@@ -9,6 +9,7 @@
 #pragma once
 
 #include "core/checks.h"
+#include "core/scale.h"
 #include "core/simd_lookup.h"
 #include "vm/exp_tables.h"
 #include "vm/polynomial.h"
@@ -66,6 +67,9 @@ struct ExpParts {
         head = row[0];
     }
 
+    // What stands in the table, without the power of two.
+    double number() const { return kFuses ? kExpHead[k & 15] : head; }
+
     // The power of two, a normal number.
     ZPP_INLINE V power() const {
         constexpr int64_t fraction = (1 << kBits) - 1, one = int64_t{1023} << kBits;
@@ -85,26 +89,23 @@ ZPP_INLINE V expOrdinary(V x, Low... low) {
     }
 }
 
-// 2^n, a normal number.
-inline double powerOf2(int n) { return bitCast<double>(static_cast<uint64_t>(n + 1023) << 52); }
-
 // 2^n (high + low), rounded once: where the result has fewer bits, beside the number whose last bit is that
 // of all subnormal results.
 inline double scaledOnce(double high, double low, int n) {
     const double sum = high + low, lost = (high - sum) + low;
-    if (n >= 0 || sum >= powerOf2(-1022 - n)) return sum * powerOf2(n / 2) * powerOf2(n - n / 2);
-    const double least = powerOf2(-1022 - n), rounded = least + sum;
+    if (n >= 0 || sum >= powerOfTwo<double>(-1022 - n))
+        return sum * powerOfTwo<double>(n / 2) * powerOfTwo<double>(n - n / 2);
+    const double least = powerOfTwo<double>(-1022 - n), rounded = least + sum;
     const double result = (rounded + (((least - rounded) + sum) + lost)) - least;
-    return subnormal(result * powerOf2(n + 1074));
+    return subnormal(result * powerOfTwo<double>(n + 1074));
 }
 
 // e^x where the power of two is no double, or the result has fewer bits.
 template <class... Low>
 double expNearLimits(double x, Low... low) {
     const ExpParts<double> e(x, low...);
-    const int k = static_cast<int>(e.k);
-    const double head = kFuses ? kExpHead[k & 15] : e.head;
-    return scaledOnce(head, e.tail + head * e.p, k >> e.kBits);
+    const double head = e.number();
+    return scaledOnce(head, e.tail + head * e.p, static_cast<int>(e.k) >> e.kBits);
 }
 
 struct Exp {
@@ -119,7 +120,7 @@ struct Exp {
     }
 
     static ZppStatus special(const double* x, double* y) {
-        const bool infinite = magnitude(*x) > 0x1.fffffffffffffp1023;
+        const bool infinite = magnitude(*x) > kMostFinite;
         if (*x > kOverflow) {
             *y = __builtin_inf();
             return infinite ? zppStatusOk : zppStatusOverflow;

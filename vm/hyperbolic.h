@@ -105,7 +105,7 @@ struct Hyperbolic {
     }
     static ZppStatus special(const double* x, double* y) {
         *y = *x != *x ? *x + *x : F::kOdd && *x < 0 ? -__builtin_inf() : __builtin_inf();
-        return magnitude(*x) <= 0x1.fffffffffffffp1023 ? zppStatusOverflow : zppStatusOk;
+        return magnitude(*x) <= kMostFinite ? zppStatusOverflow : zppStatusOk;
     }
 };
 

@@ -19,8 +19,7 @@ template <class V>
 ZPP_INLINE V lnOfSum(V x, V more) {
     using I = Vec<int64_t, sizeof(V) / 8>;
     const LnParts<kFuses ? 4 : 7, 0, V> parts(x);
-    more =
-        more * bitCast<V>(asUnsigned(bitCast<I>(parts.z)) - asUnsigned(bitCast<I>(x)) + 0x3FF0000000000000);
+    more = more * parts.scale();
     if constexpr (kFuses) {
         V row[2];
         lookUp(kLnTable, parts.index, row);

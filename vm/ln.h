@@ -85,7 +85,7 @@ template <class F>
 struct Logarithm {
     static constexpr const char* kName = "";
     static constexpr int kSources = 1, kDestinations = 1;
-    static constexpr double kLeast = 0x1p-1022, kMost = 0x1.fffffffffffffp1023;
+    static constexpr double kLeast = 0x1p-1022, kMost = kMostFinite;
 
     template <class V>
     ZPP_INLINE static auto run(const V (&x)[1], V (&y)[1]) {

@@ -38,13 +38,4 @@ inline double rounded(Long a) {
     return integer;
 }
 
-// a 2^n, rounded once, of positive a not far from 1.
-inline double withExponent(Long a, int n) {
-    const int exponent = static_cast<int>(bitCast<int64_t>(a.high) >> 52) - 1023 + n;
-    if (exponent > 1024) return __builtin_inf();
-    if (exponent >= -1022) return a.high * powerOf2(n / 2) * powerOf2(n - n / 2);
-    if (exponent < -1076) return 0;
-    return subnormal(rounded(scaled(a, powerOf2(n + 1074))));
-}
-
 }  // namespace zpp::ZPP_ISA

@@ -16,8 +16,6 @@
 
 namespace zpp::ZPP_ISA {
 
-inline constexpr double kMostFinite = 0x1.fffffffffffffp1023;
-
 struct Inv {
     static constexpr const char* kName = "";
     static constexpr int kSources = 1, kDestinations = 1;

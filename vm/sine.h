@@ -182,7 +182,7 @@ struct Trigonometric {
     }
     static ZppStatus special(const double* x, double* y) {
         const double size = magnitude(*x);
-        const bool finite = size <= 0x1.fffffffffffffp1023;
+        const bool finite = size <= kMostFinite;
         double results[kResults];
         if (finite) F::results(SineAngle<double>::template ofHuge<F::kQuarters>(size), *x, results);
         for (int i = 0; i < kResults; ++i) y[i] = finite ? results[i] : *x - *x;

@@ -5,6 +5,8 @@
 
 namespace zpp::ZPP_ISA {
 
+inline constexpr double kMostFinite = 0x1.fffffffffffffp1023;
+
 // A sum of two numbers, the first of which is larger or 0.
 template <class V>
 struct Sum {
